@@ -1,0 +1,11 @@
+/* tqbase: the companion declarations that applications of the code base call themselves. */
+#ifndef TQBASE_H
+#define TQBASE_H
+
+#include "tqbase/tipos.h"
+#include "tqbase/memoria.h"
+#include "tqbase/error_interno.h"
+#include "tqbase/cadenas.h"
+#include "tqbase/arrays.h"
+
+#endif

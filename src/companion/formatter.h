@@ -1,0 +1,19 @@
+// tqbase string component: formatting into a new wide string.
+#pragma once
+
+#include "tqbase/tipos.h"
+
+TQBASE_C_INICIO
+
+// A new wide string formatted as the printf family does, for exactly the conversions the code
+// base uses:
+//   %s          a wide (char16_t) string
+//   %i          int32_t
+//   %ld         int32_t (long is 32-bit on the home platform; "%ld.0" writes an integral double)
+//   %lld, %Id   int64_t
+//   %.*G        int precision, then double: the same characters as C's printf
+//   %%          a percent sign
+// Any other conversion is an internal-error report and writes nothing.
+TQBASE_API char16_t *copiaforu_nousar_formatea(const char16_t *formato, ...);
+
+TQBASE_C_FIN

@@ -1,0 +1,152 @@
+// tqbase trap frames on POSIX signals. Each thread keeps its own chain of open frames; the
+// SIGSEGV and SIGBUS handlers are installed while any frame of the process is open and hand a
+// fault to the innermost catching frame of the faulting thread, or else to the disposition
+// that was in force before.
+#include "trap_frames.h"
+
+#include <csignal>
+#include <cstdio>
+#include <mutex>
+
+#include "trap_catch.h"
+#include "traspaso.h"
+#include "verifica.h"
+
+static const char *const i_MODULO = "tqbase: trapable";
+
+struct trapable_marco {
+    sigjmp_buf salto;
+    trapable_excepcion_t excepcion;
+    int32_t *estado;
+    tqbool muestra_error;
+    bool capturando;         // false once a failure was caught or ERROR was called
+    trapable_marco *exterior; // the enclosing frame of the same thread
+};
+
+namespace {
+
+thread_local trapable_marco *t_marco_interior = nullptr;
+
+const int i_SENALES[] = {SIGSEGV, SIGBUS};
+constexpr int i_NUM_SENALES = sizeof i_SENALES / sizeof i_SENALES[0];
+
+std::mutex g_cerrojo;
+int g_marcos_abiertos = 0; // over every thread; guarded by g_cerrojo
+struct sigaction g_anteriores[i_NUM_SENALES];
+
+trapable_marco *i_marco_que_captura() {
+    for (trapable_marco *m = t_marco_interior; m; m = m->exterior)
+        if (m->capturando)
+            return m;
+    return nullptr;
+}
+
+[[noreturn]] void i_salta(trapable_marco *marco, const trapable_excepcion_t &excepcion) {
+    marco->excepcion = excepcion;
+    marco->capturando = false;
+    siglongjmp(marco->salto, 1);
+}
+
+// A fault no frame takes goes where it would have gone without frames: the previous handler,
+// or the default action when the faulting instruction runs again.
+void i_pasa_a_anterior(int senal, siginfo_t *info, void *contexto) {
+    for (int i = 0; i < i_NUM_SENALES; ++i) {
+        if (i_SENALES[i] != senal)
+            continue;
+        const struct sigaction &anterior = g_anteriores[i];
+        if ((anterior.sa_flags & SA_SIGINFO) && anterior.sa_sigaction) {
+            anterior.sa_sigaction(senal, info, contexto);
+        } else if (anterior.sa_handler != SIG_DFL && anterior.sa_handler != SIG_IGN) {
+            anterior.sa_handler(senal);
+        } else {
+            signal(senal, SIG_DFL);
+        }
+    }
+}
+
+void i_manejador_senal(int senal, siginfo_t *info, void *contexto) {
+    trapable_marco *marco = i_marco_que_captura();
+    const trapable_excepcion_t excepcion{senal, info ? info->si_addr : nullptr};
+    if (marco && trapable_nousar_ChequeaExcepcion(marco, &excepcion))
+        i_salta(marco, excepcion);
+    i_pasa_a_anterior(senal, info, contexto);
+}
+
+void i_abre_marco_en_proceso() {
+    std::lock_guard<std::mutex> cerrojo(g_cerrojo);
+    if (g_marcos_abiertos++ > 0)
+        return;
+    struct sigaction accion {};
+    accion.sa_sigaction = i_manejador_senal;
+    accion.sa_flags = SA_SIGINFO;
+    sigemptyset(&accion.sa_mask);
+    for (int i = 0; i < i_NUM_SENALES; ++i)
+        sigaction(i_SENALES[i], &accion, &g_anteriores[i]);
+}
+
+void i_cierra_marco_en_proceso() {
+    std::lock_guard<std::mutex> cerrojo(g_cerrojo);
+    if (--g_marcos_abiertos > 0)
+        return;
+    for (int i = 0; i < i_NUM_SENALES; ++i)
+        sigaction(i_SENALES[i], &g_anteriores[i], nullptr);
+}
+
+} // namespace
+
+void i_trapable_captura_error_interno() {
+    if (trapable_marco *marco = i_marco_que_captura())
+        i_salta(marco, trapable_excepcion_t{TRAPABLE_CODIGO_ERROR_INTERNO, nullptr});
+}
+
+trapable_marco_t *trapable_nousar_try_catch_INI(tqbool muestra_error, int32_t *estado) {
+    trapable_marco *marco = i_nuevo<trapable_marco>();
+    marco->excepcion = trapable_excepcion_t{0, nullptr};
+    marco->estado = estado;
+    marco->muestra_error = muestra_error;
+    marco->capturando = true;
+    marco->exterior = t_marco_interior;
+    if (estado)
+        *estado = TRAPABLE_ESTADO_SIN_ERROR;
+    i_abre_marco_en_proceso();
+    t_marco_interior = marco;
+    return marco;
+}
+
+sigjmp_buf *trapable_nousar_salto(trapable_marco_t *marco) { return &marco->salto; }
+
+const trapable_excepcion_t *trapable_nousar_excepcion(const trapable_marco_t *marco) {
+    return marco ? &marco->excepcion : nullptr;
+}
+
+tqbool trapable_nousar_ChequeaExcepcion(const trapable_marco_t *, const trapable_excepcion_t *excepcion) {
+    if (!excepcion)
+        return FALSO;
+    const int32_t codigo = excepcion->codigo;
+    return (codigo == SIGSEGV || codigo == SIGBUS || codigo == TRAPABLE_CODIGO_ERROR_INTERNO) ? CIERTO
+                                                                                             : FALSO;
+}
+
+void trapable_nousar_try_catch_ERROR(trapable_marco_t *marco) {
+    if (!i_VERIFICA((marco) != NULL))
+        return;
+    marco->capturando = false;
+    if (marco->estado)
+        *marco->estado = TRAPABLE_ESTADO_ERROR;
+}
+
+void trapable_nousar_try_catch_END(trapable_marco_t **marco, tqbool muestra_error, int32_t estado) {
+    if (!i_VERIFICA((marco) != NULL) || !i_VERIFICA((*marco) != NULL))
+        return;
+    trapable_marco *cerrado = *marco;
+    // Frames close innermost first; a frame closed out of turn would leave a dangling jump
+    // target behind, so it is refused.
+    if (!i_VERIFICA(cerrado == t_marco_interior))
+        return;
+    if ((muestra_error == CIERTO || cerrado->muestra_error == CIERTO) &&
+        estado != TRAPABLE_ESTADO_SIN_ERROR)
+        std::fprintf(stderr, "tqbase: a guarded call failed (code %d)\n", cerrado->excepcion.codigo);
+    t_marco_interior = cerrado->exterior;
+    i_libera(marco);
+    i_cierra_marco_en_proceso();
+}

@@ -1,0 +1,21 @@
+// tqbase Unicode component: conversions between UTF-8, UTF-16 and the ANSI code page
+// (Windows-1252 where the platform has none of its own). Each returns a new string owned by the
+// caller; the input stays the caller's. A null input is reported and gives an empty string.
+//
+// Invalid UTF-8 becomes U+FFFD (one per maximal ill-formed subpart). An unpaired surrogate in
+// wide text is written as its three-byte generalised UTF-8 form and read back as the same
+// unit, so every wide text round-trips through UTF-8. A character the ANSI code page cannot
+// hold becomes '?'.
+#pragma once
+
+#include "tqbase/tipos.h"
+
+TQBASE_C_INICIO
+
+TQBASE_API char *unicode_convierte_ANSI_a_UTF8(const char *texto_ansi);
+TQBASE_API char *unicode_convierte_UTF8_a_ANSI(const char *texto_utf8);
+TQBASE_API char16_t *unicode_convierte_UTF8_a_UNICODE(const char *texto_utf8);
+TQBASE_API char *unicode_convierte_UNICODE_a_UTF8(const char16_t *texto);
+TQBASE_API char *unicode_UNICODE_a_ANSI(const char16_t *texto);
+
+TQBASE_C_FIN
