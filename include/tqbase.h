@@ -2,10 +2,10 @@
 #ifndef TQBASE_H
 #define TQBASE_H
 
-#include "tqbase/tipos.h"
-#include "tqbase/memoria.h"
-#include "tqbase/error_interno.h"
-#include "tqbase/cadenas.h"
 #include "tqbase/arrays.h"
+#include "tqbase/cadenas.h"
+#include "tqbase/error_interno.h"
+#include "tqbase/memoria.h"
+#include "tqbase/tipos.h"
 
 #endif

@@ -13,7 +13,8 @@ typedef void (*error_interno_manejador_t)(const char *condicion, const char *mod
 /* Installs `manejador` for the whole process and returns the previous one. Null restores the
    default handler, which writes `<modulo>:<linea>: internal error: <condicion>` on standard
    error and returns, so that the operation goes on. */
-TQBASE_API error_interno_manejador_t error_interno_set_manejador(error_interno_manejador_t manejador);
+TQBASE_API error_interno_manejador_t
+error_interno_set_manejador(error_interno_manejador_t manejador);
 
 /* Reports a broken precondition. Inside an open trap frame of the calling thread the frame
    catches the report after the handler has seen it; otherwise this returns. */

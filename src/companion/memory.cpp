@@ -22,7 +22,9 @@ void *marlspy_nousar_malloc(size_t tam) {
     return bloque;
 }
 
-void *marlspy_nousar_calloc(size_t num, size_t tam) { return std::calloc(num ? num : 1, tam ? tam : 1); }
+void *marlspy_nousar_calloc(size_t num, size_t tam) {
+    return std::calloc(num ? num : 1, tam ? tam : 1);
+}
 
 void *marlspy_nousar_realloc(void *bloque, size_t tam) {
     void *nuevo = std::realloc(bloque, tam ? tam : 1);

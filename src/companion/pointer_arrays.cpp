@@ -1,1 +1,103 @@
-// (being written)
+// tqbase array component: typed-pointer arrays. The array holds the caller's pointers and
+// destroys an element only through the destructor the caller gives.
+#include "array_storage.h"
+#include "arrays.h"
+#include "verifica.h"
+
+static const char *const i_MODULO = "tqbase: arrays";
+
+struct arr_puntero {
+    i_almacen<void *> a;
+};
+
+static bool i_array_valido(const arr_puntero *arr) {
+    return i_VERIFICA((arr) != NULL);
+}
+
+static bool i_indice_valido(const arr_puntero *arr, uint32_t indice) {
+    return i_array_valido(arr) && i_VERIFICA(indice < arr->a.num);
+}
+
+arr_puntero_t *arr_CreaPunteroConTipo(uint32_t num) {
+    return i_crea_array<arr_puntero>(num);
+}
+
+uint32_t arr_NumElemsPuntero(const arr_puntero_t *arr) {
+    return i_array_valido(arr) ? arr->a.num : 0;
+}
+
+void *arr_GetPunteroConTipo(const arr_puntero_t *arr, uint32_t indice) {
+    return i_indice_valido(arr, indice) ? arr->a.datos[indice] : nullptr;
+}
+
+void arr_SetPunteroConTipo(arr_puntero_t *arr, uint32_t indice, void *elemento) {
+    if (i_indice_valido(arr, indice))
+        arr->a.datos[indice] = elemento;
+}
+
+void arr_AppendPunteroConTipo(arr_puntero_t *arr, void *elemento) {
+    if (i_array_valido(arr))
+        i_VERIFICA(arr->a.agrega(elemento));
+}
+
+void *arr_ExtraeUltimoPunteroConTipo(arr_puntero_t *arr) {
+    if (!i_array_valido(arr) || arr->a.num == 0)
+        return nullptr;
+    return arr->a.datos[--arr->a.num];
+}
+
+void arr_BorrarEstructuraConTipo(arr_puntero_t *arr, uint32_t indice, arr_destructor_t destructor) {
+    if (!i_indice_valido(arr, indice))
+        return;
+    if (destructor)
+        destructor(&arr->a.datos[indice]);
+    arr->a.quita(indice);
+}
+
+void arr_DestruyeEstructurasConTipo(arr_puntero_t **arr, arr_destructor_t destructor) {
+    if (!i_VERIFICA((arr) != NULL) || !i_VERIFICA((*arr) != NULL))
+        return;
+    if (destructor)
+        for (uint32_t i = 0; i < (*arr)->a.num; ++i)
+            destructor(&(*arr)->a.datos[i]);
+    i_destruye_array(arr);
+}
+
+// Index of the first element at or after `inicio` that matches, or ARR_NO_ENCONTRADO.
+static uint32_t i_busca(const arr_puntero *arr, uint32_t inicio, const void *clave,
+                        arr_comparador_t comparador) {
+    for (uint32_t i = inicio; i < arr->a.num; ++i)
+        if (comparador(arr->a.datos[i], clave) == CIERTO)
+            return i;
+    return ARR_NO_ENCONTRADO;
+}
+
+static bool i_busqueda_valida(const arr_puntero *arr, arr_comparador_t comparador) {
+    return i_array_valido(arr) && i_VERIFICA((comparador) != NULL);
+}
+
+uint32_t arr_BuscarEstructuraConTipo(const arr_puntero_t *arr, const void *clave,
+                                     arr_comparador_t comparador) {
+    return i_busqueda_valida(arr, comparador) ? i_busca(arr, 0, clave, comparador)
+                                              : ARR_NO_ENCONTRADO;
+}
+
+uint32_t arr_BuscarSiguienteEstructuraConTipo(const arr_puntero_t *arr, uint32_t inicio,
+                                              const void *clave, arr_comparador_t comparador) {
+    return i_busqueda_valida(arr, comparador) ? i_busca(arr, inicio, clave, comparador)
+                                              : ARR_NO_ENCONTRADO;
+}
+
+tqbool arr_ExisteUnicaEstructuraConTipo(const arr_puntero_t *arr, const void *clave,
+                                        arr_comparador_t comparador, uint32_t *indice) {
+    if (!i_busqueda_valida(arr, comparador))
+        return FALSO;
+    // One pass: the first match, then a look past it to establish that it is the only one.
+    const uint32_t primera = i_busca(arr, 0, clave, comparador);
+    if (primera == ARR_NO_ENCONTRADO ||
+        i_busca(arr, primera + 1, clave, comparador) != ARR_NO_ENCONTRADO)
+        return FALSO;
+    if (i_VERIFICA((indice) != NULL))
+        *indice = primera;
+    return CIERTO;
+}

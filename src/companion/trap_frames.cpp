@@ -19,13 +19,17 @@ struct trapable_marco {
     trapable_excepcion_t excepcion;
     int32_t *estado;
     tqbool muestra_error;
-    bool capturando;         // false once a failure was caught or ERROR was called
+    bool capturando;          // false once a failure was caught or ERROR was called
     trapable_marco *exterior; // the enclosing frame of the same thread
 };
 
 namespace {
 
 thread_local trapable_marco *t_marco_interior = nullptr;
+// Frames that a jump to an enclosing frame left behind: their guarded functions are gone, so
+// they will never be closed by their owners. They are released at the next close, outside any
+// signal handler.
+thread_local trapable_marco *t_marcos_abandonados = nullptr;
 
 const int i_SENALES[] = {SIGSEGV, SIGBUS};
 constexpr int i_NUM_SENALES = sizeof i_SENALES / sizeof i_SENALES[0];
@@ -42,6 +46,12 @@ trapable_marco *i_marco_que_captura() {
 }
 
 [[noreturn]] void i_salta(trapable_marco *marco, const trapable_excepcion_t &excepcion) {
+    while (t_marco_interior != marco) {
+        trapable_marco *abandonado = t_marco_interior;
+        t_marco_interior = abandonado->exterior;
+        abandonado->exterior = t_marcos_abandonados;
+        t_marcos_abandonados = abandonado;
+    }
     marco->excepcion = excepcion;
     marco->capturando = false;
     siglongjmp(marco->salto, 1);
@@ -92,6 +102,14 @@ void i_cierra_marco_en_proceso() {
         sigaction(i_SENALES[i], &g_anteriores[i], nullptr);
 }
 
+void i_libera_abandonados() {
+    while (trapable_marco *abandonado = t_marcos_abandonados) {
+        t_marcos_abandonados = abandonado->exterior;
+        i_libera(&abandonado);
+        i_cierra_marco_en_proceso();
+    }
+}
+
 } // namespace
 
 void i_trapable_captura_error_interno() {
@@ -113,18 +131,22 @@ trapable_marco_t *trapable_nousar_try_catch_INI(tqbool muestra_error, int32_t *e
     return marco;
 }
 
-sigjmp_buf *trapable_nousar_salto(trapable_marco_t *marco) { return &marco->salto; }
+sigjmp_buf *trapable_nousar_salto(trapable_marco_t *marco) {
+    return &marco->salto;
+}
 
 const trapable_excepcion_t *trapable_nousar_excepcion(const trapable_marco_t *marco) {
     return marco ? &marco->excepcion : nullptr;
 }
 
-tqbool trapable_nousar_ChequeaExcepcion(const trapable_marco_t *, const trapable_excepcion_t *excepcion) {
+tqbool trapable_nousar_ChequeaExcepcion(const trapable_marco_t *,
+                                        const trapable_excepcion_t *excepcion) {
     if (!excepcion)
         return FALSO;
     const int32_t codigo = excepcion->codigo;
-    return (codigo == SIGSEGV || codigo == SIGBUS || codigo == TRAPABLE_CODIGO_ERROR_INTERNO) ? CIERTO
-                                                                                             : FALSO;
+    return (codigo == SIGSEGV || codigo == SIGBUS || codigo == TRAPABLE_CODIGO_ERROR_INTERNO)
+               ? CIERTO
+               : FALSO;
 }
 
 void trapable_nousar_try_catch_ERROR(trapable_marco_t *marco) {
@@ -138,6 +160,7 @@ void trapable_nousar_try_catch_ERROR(trapable_marco_t *marco) {
 void trapable_nousar_try_catch_END(trapable_marco_t **marco, tqbool muestra_error, int32_t estado) {
     if (!i_VERIFICA((marco) != NULL) || !i_VERIFICA((*marco) != NULL))
         return;
+    i_libera_abandonados();
     trapable_marco *cerrado = *marco;
     // Frames close innermost first; a frame closed out of turn would leave a dangling jump
     // target behind, so it is refused.
@@ -145,7 +168,8 @@ void trapable_nousar_try_catch_END(trapable_marco_t **marco, tqbool muestra_erro
         return;
     if ((muestra_error == CIERTO || cerrado->muestra_error == CIERTO) &&
         estado != TRAPABLE_ESTADO_SIN_ERROR)
-        std::fprintf(stderr, "tqbase: a guarded call failed (code %d)\n", cerrado->excepcion.codigo);
+        std::fprintf(stderr, "tqbase: a guarded call failed (code %d)\n",
+                     cerrado->excepcion.codigo);
     t_marco_interior = cerrado->exterior;
     i_libera(marco);
     i_cierra_marco_en_proceso();

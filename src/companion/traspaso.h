@@ -14,7 +14,11 @@ template <class T> inline T *i_toma_no_null(T **puntero) {
 }
 
 // A new uninitialised record of type T.
-template <class T> inline T *i_nuevo() { return static_cast<T *>(marlspy_nousar_malloc(sizeof(T))); }
+template <class T> inline T *i_nuevo() {
+    return static_cast<T *>(marlspy_nousar_malloc(sizeof(T)));
+}
 
 // Frees a record of type T and nulls the caller's pointer.
-template <class T> inline void i_libera(T **puntero) { marlspy_nousar_free_pp(puntero, sizeof(T)); }
+template <class T> inline void i_libera(T **puntero) {
+    marlspy_nousar_free_pp(puntero, sizeof(T));
+}

@@ -19,3 +19,8 @@ inline bool i_verifica(bool cumple, const char *condicion, const char *modulo, i
 
 // A value that no case of a choice covers.
 #define i_ERROR_DEFAULT() error_interno_default_error(0, 0, i_MODULO, __LINE__, 0)
+
+// As i_VERIFICA, reported against a caller's module string and source line: for components
+// whose callers pass their own position so that the report points at them.
+#define i_VERIFICA_EN(modulo, linea, condicion)                                                    \
+    i_verifica((condicion), #condicion, (modulo), (linea))

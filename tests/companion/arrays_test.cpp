@@ -1,1 +1,169 @@
-// (being written)
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "companion/arrays.h"
+#include "companion/byte_strings.h"
+#include "companion/wide_strings.h"
+#include "support/recording_handler.h"
+
+namespace {
+
+int g_destruidos = 0;
+void destruye_int(void *elemento) {
+    int **p = static_cast<int **>(elemento);
+    ++g_destruidos;
+    delete *p;
+    *p = nullptr;
+}
+tqbool igual_int(const void *elemento, const void *clave) {
+    return *static_cast<const int *>(elemento) == *static_cast<const int *>(clave) ? CIERTO : FALSO;
+}
+
+// An array of new ints with the given values.
+arr_puntero_t *ints(std::initializer_list<int> valores) {
+    arr_puntero_t *arr = arr_CreaPunteroConTipo(0);
+    for (int v : valores)
+        arr_AppendPunteroConTipo(arr, new int(v));
+    return arr;
+}
+
+std::vector<int> values(const arr_puntero_t *arr) {
+    std::vector<int> out;
+    for (uint32_t i = 0; i < arr_NumElemsPuntero(arr); ++i)
+        out.push_back(*static_cast<int *>(arr_GetPunteroConTipo(arr, i)));
+    return out;
+}
+
+} // namespace
+
+TEST(PointerArrays, RemovingAnElementDestroysItAndKeepsTheOrderOfTheRest) {
+    arr_puntero_t *arr = ints({10, 20, 30});
+    g_destruidos = 0;
+    arr_BorrarEstructuraConTipo(arr, 0, destruye_int);
+    EXPECT_EQ(g_destruidos, 1);
+    EXPECT_EQ(values(arr), (std::vector<int>{20, 30}));
+    arr_BorrarEstructuraConTipo(arr, 1, destruye_int);
+    EXPECT_EQ(values(arr), (std::vector<int>{20}));
+    arr_DestruyeEstructurasConTipo(&arr, destruye_int);
+    EXPECT_EQ(g_destruidos, 3);
+    EXPECT_EQ(arr, nullptr);
+}
+
+TEST(PointerArrays, SearchesFindTheFirstMatchAndUniquenessNeedsExactlyOne) {
+    RecordingHandler handler;
+    arr_puntero_t *vacio = arr_CreaPunteroConTipo(0);
+    const int siete = 7, ocho = 8, nueve = 9;
+    uint32_t indice = 12345;
+    EXPECT_EQ(arr_BuscarEstructuraConTipo(vacio, &siete, igual_int), ARR_NO_ENCONTRADO);
+    EXPECT_EQ(arr_ExisteUnicaEstructuraConTipo(vacio, &siete, igual_int, &indice), FALSO);
+    arr_DestruyeEstructurasConTipo(&vacio, destruye_int);
+
+    arr_puntero_t *arr = ints({7, 8, 7, 9});
+    EXPECT_EQ(arr_BuscarEstructuraConTipo(arr, &siete, igual_int), 0u);
+    EXPECT_EQ(arr_BuscarSiguienteEstructuraConTipo(arr, 1, &siete, igual_int), 2u);
+    EXPECT_EQ(arr_BuscarSiguienteEstructuraConTipo(arr, 3, &siete, igual_int), ARR_NO_ENCONTRADO);
+    EXPECT_EQ(arr_BuscarSiguienteEstructuraConTipo(arr, 4, &siete, igual_int), ARR_NO_ENCONTRADO);
+    EXPECT_EQ(arr_ExisteUnicaEstructuraConTipo(arr, &siete, igual_int, &indice), FALSO);
+    EXPECT_EQ(indice, 12345u); // not written without a unique match
+    EXPECT_EQ(arr_ExisteUnicaEstructuraConTipo(arr, &nueve, igual_int, &indice), CIERTO);
+    EXPECT_EQ(indice, 3u);
+    EXPECT_EQ(arr_ExisteUnicaEstructuraConTipo(arr, &ocho, igual_int, &indice), CIERTO);
+    EXPECT_EQ(indice, 1u);
+    arr_DestruyeEstructurasConTipo(&arr, destruye_int);
+    EXPECT_TRUE(handler.reports().empty());
+}
+
+TEST(PointerArrays, GrowsAcrossManyAppendsAndServesAsAStack) {
+    arr_puntero_t *arr = arr_CreaPunteroConTipo(2);
+    EXPECT_EQ(arr_GetPunteroConTipo(arr, 1), nullptr); // created elements are null
+    static int datos[100000];
+    for (int &d : datos)
+        arr_AppendPunteroConTipo(arr, &d);
+    ASSERT_EQ(arr_NumElemsPuntero(arr), 100002u);
+    EXPECT_EQ(arr_GetPunteroConTipo(arr, 2), &datos[0]);
+    EXPECT_EQ(arr_ExtraeUltimoPunteroConTipo(arr), &datos[99999]);
+    EXPECT_EQ(arr_NumElemsPuntero(arr), 100001u);
+    arr_SetPunteroConTipo(arr, 0, &datos[5]);
+    EXPECT_EQ(arr_GetPunteroConTipo(arr, 0), &datos[5]);
+    arr_DestruyeEstructurasConTipo(&arr, nullptr);
+}
+
+TEST(PointerArrays, BadIndexesAndHandlesAreReportedAndHarmless) {
+    RecordingHandler handler;
+    arr_puntero_t *arr = ints({1});
+    EXPECT_EQ(arr_GetPunteroConTipo(arr, 1), nullptr);
+    arr_SetPunteroConTipo(arr, 5, nullptr);
+    arr_BorrarEstructuraConTipo(arr, 1, destruye_int);
+    EXPECT_EQ(arr_NumElemsPuntero(nullptr), 0u);
+    EXPECT_EQ(arr_BuscarEstructuraConTipo(arr, nullptr, nullptr), ARR_NO_ENCONTRADO);
+    arr_puntero_t *nulo = nullptr;
+    arr_DestruyeEstructurasConTipo(&nulo, nullptr);
+    EXPECT_EQ(handler.conditions(),
+              (std::vector<std::string>{"indice < arr->a.num", "indice < arr->a.num",
+                                        "indice < arr->a.num", "(arr) != NULL",
+                                        "(comparador) != NULL", "(*arr) != NULL"}));
+    EXPECT_EQ(values(arr), (std::vector<int>{1}));
+    arr_DestruyeEstructurasConTipo(&arr, destruye_int);
+}
+
+TEST(PlainArrays, HoldWhatIsSetAndStartZeroed) {
+    arr_bool_t *b = arr_CreaBOOL(3);
+    arr_ulong_t *u = arr_CreaULong(2);
+    arr_double_t *d = arr_CreaDouble(2);
+    EXPECT_EQ(arr_GetBOOL(b, 2), FALSO);
+    EXPECT_EQ(arr_GetULong(u, 1), 0u);
+    EXPECT_EQ(arr_GetDouble(d, 0), 0.0);
+    arr_SetBOOL(b, 2, CIERTO);
+    arr_SetULong(u, 1, 0xFFFFFFFFu);
+    arr_SetDouble(d, 0, -2.5);
+    EXPECT_EQ(arr_NumElemsBOOL(b), 3u);
+    EXPECT_EQ(arr_NumElemsULong(u), 2u);
+    EXPECT_EQ(arr_NumElemsDouble(d), 2u);
+    EXPECT_EQ(arr_GetBOOL(b, 2), CIERTO);
+    EXPECT_EQ(arr_GetULong(u, 1), 0xFFFFFFFFu);
+    EXPECT_EQ(arr_GetDouble(d, 0), -2.5);
+    arr_DestruyeBOOL(&b);
+    arr_DestruyeULong(&u);
+    arr_DestruyeDouble(&d);
+    EXPECT_EQ(b, nullptr);
+    EXPECT_EQ(u, nullptr);
+    EXPECT_EQ(d, nullptr);
+}
+
+TEST(PlainArrays, StringArraysCopyOrTakeOverAndOwnTheirStrings) {
+    RecordingHandler handler;
+    arr_cadena_t *c = arr_CreaCADENA(2);
+    EXPECT_EQ(arr_GetCADENA(c, 0), nullptr);
+    char propia[] = "copiada";
+    arr_SetCADENA(c, 0, propia);
+    propia[0] = 'X'; // the array holds its own copy
+    char *tomada = cad_copia_cadena("tomada");
+    const char *direccion = tomada;
+    arr_SetCADENAOriginal(c, 1, &tomada);
+    EXPECT_EQ(tomada, nullptr);
+    EXPECT_EQ(arr_GetCADENA(c, 1), direccion); // the very buffer, not a copy
+    arr_SetCADENA(c, 1, "otra");               // replacing frees the former string
+    arr_AppendCADENA(c, "tercera");
+    ASSERT_EQ(arr_NumElemsCADENA(c), 3u);
+    EXPECT_STREQ(arr_GetCADENA(c, 0), "copiada");
+    EXPECT_STREQ(arr_GetCADENA(c, 1), "otra");
+    EXPECT_STREQ(arr_GetCADENA(c, 2), "tercera");
+    char *fuera = cad_copia_cadena("fuera");
+    arr_SetCADENAOriginal(c, 9, &fuera); // refused, yet taken over and freed: nothing leaks
+    EXPECT_EQ(fuera, nullptr);
+    arr_DestruyeCADENA(&c);
+    EXPECT_EQ(c, nullptr);
+
+    arr_cadena_u_t *w = arr_CreaCADENA_u(2);
+    arr_SetCADENA_u(w, 0, u"ñandú");
+    char16_t *ancha = widestr_nousar_copia(u"ancha", "test", __LINE__);
+    arr_SetCADENAOriginal_u(w, 1, &ancha);
+    EXPECT_EQ(ancha, nullptr);
+    EXPECT_EQ(arr_NumElemsCADENA_u(w), 2u);
+    EXPECT_EQ(std::u16string(arr_GetCADENA_u(w, 0)), u"ñandú");
+    EXPECT_EQ(std::u16string(arr_GetCADENA_u(w, 1)), u"ancha");
+    arr_DestruyeCADENA_u(&w);
+    EXPECT_EQ(w, nullptr);
+    EXPECT_EQ(handler.conditions(), (std::vector<std::string>{"indice < arr->a.num"}));
+}

@@ -1,1 +1,83 @@
-// (being written)
+#include <gtest/gtest.h>
+
+#include <cfloat>
+#include <cmath>
+#include <cstdio>
+#include <limits>
+#include <string>
+
+#include "companion/formatter.h"
+#include "support/recording_handler.h"
+#include "tqbase/cadenas.h"
+
+namespace {
+std::u16string take(char16_t *texto) {
+    std::u16string s(texto);
+    widestr_nousar_destruye(&texto, "caller", 1);
+    return s;
+}
+
+std::u16string widen(const std::string &ascii) {
+    return std::u16string(ascii.begin(), ascii.end());
+}
+
+std::string printf_g(int precision, double valor) {
+    char texto[1024];
+    std::snprintf(texto, sizeof texto, "%.*G", precision, valor);
+    return texto;
+}
+} // namespace
+
+TEST(Formatter, DoublesAreWrittenAsPrintfG) {
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const double inf = std::numeric_limits<double>::infinity();
+    // clang-format off
+    const double valores[] = {
+        0.0, -0.0, 0.1, 1.0 / 3, 1e-5, 1e-4, 1e14, 1e15, 1e20, 1e-15, 2147483647.5,
+        1234567890123456.0, DBL_MAX, -DBL_MAX, std::numeric_limits<double>::denorm_min(),
+        std::nextafter(DBL_MIN, 0.0), nan, std::copysign(nan, -1.0), inf, -inf, 999999.5,
+        0.00009999995};
+    // clang-format on
+    for (double valor : valores) {
+        for (int precision : {-1, 0, 1, 2, 6, 15, 16, 17, 40, 800}) {
+            const std::string esperado = printf_g(precision, valor);
+            SCOPED_TRACE(esperado + " at precision " + std::to_string(precision));
+            EXPECT_EQ(take(copiaforu_nousar_formatea(u"%.*G", precision, valor)), widen(esperado));
+        }
+    }
+}
+
+TEST(Formatter, IntegersAtTheirLimits) {
+    EXPECT_EQ(take(copiaforu_nousar_formatea(u"%i %i %i", INT32_MIN, INT32_MAX, 0)),
+              u"-2147483648 2147483647 0");
+    EXPECT_EQ(take(copiaforu_nousar_formatea(u"%ld.0|%ld.0", INT32_MIN, INT32_MAX)),
+              u"-2147483648.0|2147483647.0");
+    EXPECT_EQ(take(copiaforu_nousar_formatea(u"%lld %Id", INT64_MIN, INT64_MAX)),
+              u"-9223372036854775808 9223372036854775807");
+}
+
+TEST(Formatter, TextAndNumbersMix) {
+    const char16_t *clave = u"año";
+    EXPECT_EQ(take(copiaforu_nousar_formatea(u"\"%s\" : %i, %.*G%%", clave, -7, 17, 0.5)),
+              u"\"año\" : -7, 0.5%");
+    // Past the stack buffer, then grown again by a long %G.
+    const std::u16string largo(1000, u'x');
+    const double subnormal = std::nextafter(DBL_MIN, 0.0);
+    EXPECT_EQ(take(copiaforu_nousar_formatea(u"<%s>%i %.*G", largo.c_str(), 12, 800, subnormal)),
+              u"<" + largo + u">12 " + widen(printf_g(800, subnormal)));
+    EXPECT_EQ(take(copiaforu_nousar_formatea(u"")), u"");
+}
+
+TEST(Formatter, BrokenCallsAreReportedAndFormatTheRest) {
+    RecordingHandler handler;
+    const char16_t *nulo = nullptr;
+    EXPECT_EQ(take(copiaforu_nousar_formatea(u"[%s]%i", nulo, 3)), u"[]3");
+    EXPECT_EQ(take(copiaforu_nousar_formatea(nullptr)), u"");
+    EXPECT_EQ(handler.conditions(),
+              (std::vector<std::string>{"(cadena) != NULL", "(formato) != NULL"}));
+    handler.clear();
+    // Arguments after an unknown conversion cannot be located, so they are left unread.
+    EXPECT_EQ(take(copiaforu_nousar_formatea(u"a%-08.3fb%ic%%d%", 1.5, 2)), u"abc%d");
+    EXPECT_EQ(handler.conditions(), (std::vector<std::string>{"default", "default"}));
+    EXPECT_EQ(handler.reports()[0].modulo, "tqbase: copiaforu");
+}

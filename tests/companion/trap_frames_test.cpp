@@ -1,1 +1,119 @@
-// (being written)
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+#include "companion/trap_frames.h"
+#include "support/recording_handler.h"
+#include "tqbase/error_interno.h"
+
+namespace {
+
+// An address no process maps, kept where the compiler cannot see it: reading it faults.
+volatile uintptr_t g_unreadable = 0x10;
+void read_unreadable() {
+    (void)*reinterpret_cast<const volatile char16_t *>(g_unreadable);
+}
+
+enum class Outcome { Completed, Caught };
+
+// Runs `guarded` in a frame; the fallback records that the frame caught a failure.
+template <class F> Outcome guard(F guarded, int32_t *codigo = nullptr) {
+    volatile Outcome outcome = Outcome::Completed;
+    int32_t estado = -1;
+    trapable_marco_t *marco = trapable_nousar_try_catch_INI(FALSO, &estado);
+    EXPECT_EQ(estado, TRAPABLE_ESTADO_SIN_ERROR);
+    if (TRAPABLE_GUARDA(marco)) {
+        guarded();
+    } else if (trapable_nousar_ChequeaExcepcion(marco, trapable_nousar_excepcion(marco)) ==
+               CIERTO) {
+        trapable_nousar_try_catch_ERROR(marco);
+        EXPECT_EQ(estado, TRAPABLE_ESTADO_ERROR);
+        if (codigo)
+            *codigo = trapable_nousar_excepcion(marco)->codigo;
+        outcome = Outcome::Caught;
+    }
+    trapable_nousar_try_catch_END(&marco, FALSO, estado);
+    EXPECT_EQ(marco, nullptr);
+    return outcome;
+}
+
+void mi_manejador(int) {}
+
+} // namespace
+
+TEST(TrapFrames, AnAccessFaultIsCaughtAndTheProcessGoesOn) {
+    int32_t codigo = 0;
+    EXPECT_EQ(guard([] { read_unreadable(); }, &codigo), Outcome::Caught);
+    EXPECT_EQ(codigo, SIGSEGV);
+    EXPECT_EQ(guard([] {}), Outcome::Completed);
+}
+
+TEST(TrapFrames, AReportInsideAFrameIsSeenByTheHandlerThenCaught) {
+    RecordingHandler handler;
+    int32_t codigo = 0;
+    volatile bool after_report = false;
+    EXPECT_EQ(guard(
+                  [&] {
+                      error_interno("(texto) != NULL", "m", 3, 0);
+                      after_report = true;
+                  },
+                  &codigo),
+              Outcome::Caught);
+    EXPECT_FALSE(after_report);
+    EXPECT_EQ(codigo, TRAPABLE_CODIGO_ERROR_INTERNO);
+    EXPECT_EQ(handler.conditions(), (std::vector<std::string>{"(texto) != NULL"}));
+    error_interno("outside", "m", 4, 0); // no frame: the report returns
+    EXPECT_EQ(handler.reports().size(), 2u);
+}
+
+TEST(TrapFrames, FramesNestAndAFailureInAFallbackGoesToTheEnclosingFrame) {
+    volatile int inner_caught = 0;
+    const Outcome outer = guard([&] {
+        if (guard([] { read_unreadable(); }) == Outcome::Caught)
+            inner_caught = inner_caught + 1;
+        EXPECT_EQ(guard([] {}), Outcome::Completed);
+        read_unreadable(); // the outer frame takes this one
+    });
+    EXPECT_EQ(outer, Outcome::Caught);
+    EXPECT_EQ(inner_caught, 1);
+
+    // The fallback of an inner frame no longer catches: its fault reaches the outer frame,
+    // which also releases the inner frame that the jump left unclosed.
+    RecordingHandler handler;
+    volatile int fallbacks = 0;
+    const Outcome outer2 = guard([&] {
+        int32_t estado;
+        trapable_marco_t *marco = trapable_nousar_try_catch_INI(FALSO, &estado);
+        if (TRAPABLE_GUARDA(marco)) {
+            error_interno("first", "m", 1, 0);
+        } else {
+            fallbacks = fallbacks + 1;
+            trapable_nousar_try_catch_ERROR(marco);
+            read_unreadable();
+        }
+        ADD_FAILURE() << "not reached";
+    });
+    EXPECT_EQ(outer2, Outcome::Caught);
+    EXPECT_EQ(fallbacks, 1);
+    EXPECT_EQ(guard([] { read_unreadable(); }), Outcome::Caught); // the chain is sound again
+}
+
+TEST(TrapFrames, ThePreviousSignalDispositionsComeBackWhenTheOutermostFrameCloses) {
+    struct sigaction mine {
+    }, previous{}, now{};
+    mine.sa_handler = mi_manejador;
+    sigemptyset(&mine.sa_mask);
+    ASSERT_EQ(sigaction(SIGSEGV, &mine, &previous), 0);
+    guard([] {
+        struct sigaction inside {};
+        sigaction(SIGSEGV, nullptr, &inside);
+        EXPECT_NE(inside.sa_handler, mi_manejador); // the frames hold the disposition meanwhile
+        guard([] { read_unreadable(); });
+        sigaction(SIGSEGV, nullptr, &inside);
+        EXPECT_NE(inside.sa_handler, mi_manejador); // an inner frame closing does not restore it
+    });
+    sigaction(SIGSEGV, nullptr, &now);
+    EXPECT_EQ(now.sa_handler, mi_manejador);
+    sigaction(SIGBUS, nullptr, &now);
+    sigaction(SIGSEGV, &previous, nullptr);
+}

@@ -1,1 +1,165 @@
-// (being written)
+#include <gtest/gtest.h>
+
+#include "companion/unicode.h"
+#include "support/recording_handler.h"
+#include "tqbase/cadenas.h"
+
+namespace {
+std::string take(char *texto) {
+    std::string s(texto);
+    marlstr_destruye(&texto);
+    return s;
+}
+
+std::u16string take(char16_t *texto) {
+    std::u16string s(texto);
+    widestr_nousar_destruye(&texto, "test", __LINE__);
+    return s;
+}
+
+std::u16string to_wide(const std::string &utf8) {
+    return take(unicode_convierte_UTF8_a_UNICODE(utf8.c_str()));
+}
+std::string to_utf8(const std::u16string &wide) {
+    return take(unicode_convierte_UNICODE_a_UTF8(wide.c_str()));
+}
+} // namespace
+
+// Letters next to hexadecimal escapes are x, y, z, w, q, which cannot extend the escape.
+TEST(Unicode, Utf8ToWideReadsValidTextAndReplacesEachMaximalIllFormedSubpart) {
+    const struct {
+        const char *label, *utf8;
+        std::u16string wide;
+    } rows[] = {{"ascii", "x~\x7F", u"x~\x7F"},
+                {"edges", "\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF", u"\x80\x7FF\x800\xFFFF"},
+                {"pairs", "\xF0\x90\x80\x80\xF4\x8F\xBF\xBF", u"\xD800\xDC00\xDBFF\xDFFF"},
+                {"overlong 2", "\xC0\xAF\xC1\xBF", u"\xFFFD\xFFFD\xFFFD\xFFFD"},
+                {"overlong 3", "\xE0\x80\xAF", u"\xFFFD\xFFFD\xFFFD"},
+                {"overlong 4", "\xF0\x8F\xBF\xBF", u"\xFFFD\xFFFD\xFFFD\xFFFD"},
+                {"truncated at end", "x\xF0\x9F\x98", u"x\xFFFD"},
+                {"truncated 2 at end", "\xC3", u"\xFFFD"},
+                {"truncated in text", "\xE2\x82q\xF1\x80y", u"\xFFFDq\xFFFDy"},
+                {"lone continuations", "\x80\xBFx", u"\xFFFD\xFFFDx"},
+                {"F5 and up", "\xF5\x80\xF8\xFF", u"\xFFFD\xFFFD\xFFFD\xFFFD"},
+                {"above 10FFFF", "\xF4\x90\x80\x80", u"\xFFFD\xFFFD\xFFFD\xFFFD"},
+                {"generalised surrogates", "\xED\xA0\x80\xED\xBF\xBF", u"\xD800\xDFFF"},
+                {"truncated surrogate", "\xED\xA0x", u"\xFFFDx"},
+                {"mixed", "x\xF1\x80\x80\xE1\x80\xC2y\x80z\x80\xBFw",
+                 u"x\xFFFD\xFFFD\xFFFDy\xFFFDz\xFFFD\xFFFDw"}};
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.label);
+        EXPECT_EQ(to_wide(row.utf8), row.wide);
+    }
+}
+
+TEST(Unicode, WideToUtf8WritesPairsAsFourBytesAndUnpairedSurrogatesAsThree) {
+    const struct {
+        const char *label;
+        std::u16string wide;
+        const char *utf8;
+    } rows[] = {
+        {"empty", u"", ""},
+        {"edges", u"\x7F\x80\x7FF\x800\xFFFF", "\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF"},
+        {"pair", u"\xD83D\xDE00", "\xF0\x9F\x98\x80"},
+        {"high at end", u"x\xD800", "x\xED\xA0\x80"},
+        {"high then high", u"\xDBFF\xD800", "\xED\xAF\xBF\xED\xA0\x80"},
+        {"high then ascii", u"\xD800q", "\xED\xA0\x80q"},
+        {"lone low", u"\xDC00", "\xED\xB0\x80"},
+        {"low then high", u"\xDFFF\xDBFF", "\xED\xBF\xBF\xED\xAF\xBF"}};
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.label);
+        EXPECT_EQ(to_utf8(row.wide), row.utf8);
+    }
+}
+
+TEST(Unicode, EveryUnitAloneRoundTrips) {
+    for (unsigned u = 1; u <= 0xFFFF; ++u) {
+        const std::u16string wide(1, char16_t(u));
+        const std::string utf8 = to_utf8(wide);
+        ASSERT_EQ(utf8.size(), u < 0x80 ? 1u : u < 0x800 ? 2u : 3u) << std::hex << u;
+        ASSERT_EQ(to_wide(utf8), wide) << std::hex << u;
+    }
+}
+
+TEST(Unicode, EverySurrogateCombinationRoundTrips) {
+    std::u16string pairs, unpaired;
+    for (char16_t alto = 0xD800; alto <= 0xDBFF; ++alto)
+        for (char16_t bajo = 0xDC00; bajo <= 0xDFFF; ++bajo)
+            pairs += {alto, bajo};
+    for (char16_t u = 0xDFFF; u >= 0xD800; --u) // lows first, then highs followed by highs
+        unpaired += u;
+    const std::string utf8_pairs = to_utf8(pairs), utf8_unpaired = to_utf8(unpaired);
+    EXPECT_EQ(utf8_pairs.size(), 4u * 1024 * 1024);
+    EXPECT_EQ(utf8_unpaired.size(), 3u * 2048);
+    EXPECT_TRUE(to_wide(utf8_pairs) == pairs);
+    EXPECT_TRUE(to_wide(utf8_unpaired) == unpaired);
+}
+
+TEST(Unicode, AnsiIsWindows1252) {
+    const struct {
+        char ansi;
+        const char *utf8;
+        char16_t wide;
+    } rows[] = {{'\x80', "€", u'€'},        {'\x81', "\xC2\x81", 0x81}, {'\x82', "‚", u'‚'},
+                {'\x83', "ƒ", u'ƒ'},        {'\x84', "„", u'„'},        {'\x85', "…", u'…'},
+                {'\x86', "†", u'†'},        {'\x87', "‡", u'‡'},        {'\x88', "ˆ", u'ˆ'},
+                {'\x89', "‰", u'‰'},        {'\x8A', "Š", u'Š'},        {'\x8B', "‹", u'‹'},
+                {'\x8C', "Œ", u'Œ'},        {'\x8D', "\xC2\x8D", 0x8D}, {'\x8E', "Ž", u'Ž'},
+                {'\x8F', "\xC2\x8F", 0x8F}, {'\x90', "\xC2\x90", 0x90}, {'\x91', "‘", u'‘'},
+                {'\x92', "’", u'’'},        {'\x93', "“", u'“'},        {'\x94', "”", u'”'},
+                {'\x95', "•", u'•'},        {'\x96', "–", u'–'},        {'\x97', "—", u'—'},
+                {'\x98', "˜", u'˜'},        {'\x99', "™", u'™'},        {'\x9A', "š", u'š'},
+                {'\x9B', "›", u'›'},        {'\x9C', "œ", u'œ'},        {'\x9D', "\xC2\x9D", 0x9D},
+                {'\x9E', "ž", u'ž'},        {'\x9F', "Ÿ", u'Ÿ'},        {'\xA0', "\xC2\xA0", 0xA0},
+                {'\xE9', "é", u'é'},        {'\xFF', "ÿ", u'ÿ'},        {'A', "A", u'A'}};
+    for (const auto &row : rows) {
+        SCOPED_TRACE(testing::Message() << std::hex << int(static_cast<unsigned char>(row.ansi)));
+        const char ansi[] = {row.ansi, '\0'};
+        const char16_t wide[] = {row.wide, u'\0'};
+        EXPECT_EQ(take(unicode_convierte_ANSI_a_UTF8(ansi)), row.utf8);
+        EXPECT_EQ(take(unicode_convierte_UTF8_a_ANSI(row.utf8)), ansi);
+        EXPECT_EQ(take(unicode_UNICODE_a_ANSI(wide)), ansi);
+    }
+    std::string todos; // and every byte comes back from UTF-8 as it was
+    for (int b = 1; b < 256; ++b)
+        todos += char(b);
+    const std::string utf8 = take(unicode_convierte_ANSI_a_UTF8(todos.c_str()));
+    EXPECT_EQ(take(unicode_convierte_UTF8_a_ANSI(utf8.c_str())), todos);
+}
+
+TEST(Unicode, WhatAnsiCannotHoldBecomesOneQuestionMarkPerCharacter) {
+    const struct {
+        const char *label, *utf8;
+        std::u16string wide;
+        const char *ansi;
+    } rows[] = {{"C1 held by 1252 letters", "\xC2\x80\xC2\x9F", u"\x80\x9F", "??"},
+                {"beyond Latin-1", "x\xC4\x80\xE4\xB8\xADy", u"x\x100\x4E2Dy", "x??y"},
+                {"pair", "\xF0\x9F\x98\x80z", u"\xD83D\xDE00z", "?z"},
+                {"unpaired surrogates", "\xED\xB0\x80\xED\xA0\x80", u"\xDC00\xD800", "??"},
+                {"invalid UTF-8", "\xC0\xAF\xE2\x82q\xF4\x90\x80\x80",
+                 u"\xFFFD\xFFFD\xFFFDq\xFFFD\xFFFD\xFFFD\xFFFD", "???q????"}};
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.label);
+        EXPECT_EQ(take(unicode_convierte_UTF8_a_ANSI(row.utf8)), row.ansi);
+        EXPECT_EQ(take(unicode_UNICODE_a_ANSI(row.wide.c_str())), row.ansi);
+    }
+}
+
+TEST(Unicode, NullInputIsReportedAndGivesAnEmptyString) {
+    RecordingHandler handler;
+    EXPECT_EQ(take(unicode_convierte_UTF8_a_UNICODE("\xC3\xA9")), u"é");
+    EXPECT_EQ(take(unicode_convierte_UNICODE_a_UTF8(u"é")), "\xC3\xA9");
+    EXPECT_EQ(take(unicode_convierte_ANSI_a_UTF8("\xE9")), "\xC3\xA9");
+    EXPECT_EQ(take(unicode_convierte_UTF8_a_ANSI("\xC3\xA9")), "\xE9");
+    EXPECT_EQ(take(unicode_UNICODE_a_ANSI(u"é")), "\xE9");
+    EXPECT_TRUE(handler.reports().empty());
+    EXPECT_EQ(take(unicode_convierte_UTF8_a_UNICODE(nullptr)), u"");
+    EXPECT_EQ(take(unicode_convierte_UNICODE_a_UTF8(nullptr)), "");
+    EXPECT_EQ(take(unicode_convierte_ANSI_a_UTF8(nullptr)), "");
+    EXPECT_EQ(take(unicode_convierte_UTF8_a_ANSI(nullptr)), "");
+    EXPECT_EQ(take(unicode_UNICODE_a_ANSI(nullptr)), "");
+    EXPECT_EQ(
+        handler.conditions(),
+        (std::vector<std::string>{"(texto_utf8) != NULL", "(texto) != NULL", "(texto_ansi) != NULL",
+                                  "(texto_utf8) != NULL", "(texto) != NULL"}));
+}

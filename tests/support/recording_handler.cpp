@@ -16,9 +16,13 @@ RecordingHandler::RecordingHandler() {
     g_previous = error_interno_set_manejador(record);
 }
 
-RecordingHandler::~RecordingHandler() { error_interno_set_manejador(g_previous); }
+RecordingHandler::~RecordingHandler() {
+    error_interno_set_manejador(g_previous);
+}
 
-const std::vector<Report> &RecordingHandler::reports() const { return g_reports; }
+const std::vector<Report> &RecordingHandler::reports() const {
+    return g_reports;
+}
 
 std::vector<std::string> RecordingHandler::conditions() const {
     std::vector<std::string> out;
@@ -27,4 +31,6 @@ std::vector<std::string> RecordingHandler::conditions() const {
     return out;
 }
 
-void RecordingHandler::clear() { g_reports.clear(); }
+void RecordingHandler::clear() {
+    g_reports.clear();
+}

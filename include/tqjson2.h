@@ -1,0 +1,217 @@
+/* tqjson2: JSON documents as trees of nodes, built, queried, written and read in process.
+
+   Ownership in a word: the caller owns every root node it creates or reads and destroys it with
+   tqjson2_destruye_nodo, which destroys everything the node owns. A function that takes
+   something over receives the address of the caller's pointer and sets that pointer to null.
+   Texts and arrays returned are new and the caller's unless a function says it returns the
+   tree's own data. A broken precondition (a null pointer, a wrong node kind) is an
+   internal-error report through the handler of tqbase/error_interno.h. */
+#ifndef TQJSON2_H
+#define TQJSON2_H
+
+#include "tqbase.h"
+
+#if defined(_WIN32)
+#if defined(TQJSON2_BUILD)
+#define TQJSON2_API __declspec(dllexport)
+#else
+#define TQJSON2_API __declspec(dllimport)
+#endif
+#else
+#define TQJSON2_API __attribute__((visibility("default")))
+#endif
+
+TQBASE_C_INICIO
+
+/* Node kinds, as tqjson2_tipo_nodo answers them. */
+#define TQJSON_TIPO_OBJETO   0
+#define TQJSON_TIPO_ARRAY    1
+#define TQJSON_TIPO_CADENA   2
+#define TQJSON_TIPO_ENTERO   3
+#define TQJSON_TIPO_DOUBLE   4
+#define TQJSON_TIPO_BOOLEANO 5
+#define TQJSON_TIPO_NULL     6
+
+/* A node of a document tree, and a member (name and value) of an object node. */
+typedef struct tqjson2_nodo tqjson2_nodo_t;
+typedef struct tqjson2_atributo tqjson2_atributo_t;
+
+/* How a tree is written to a file. Only the value CIERTO (1) switches a field on. */
+typedef struct tqjson2_conf_escritura {
+    tqbool espacio_antes_dos_puntos; /* CIERTO: "name" : value; otherwise "name": value */
+    tqbool indentado;                /* CIERTO: four spaces a level and a line feed a line */
+} tqjson2_conf_escritura_t;
+
+/* Where a failed file read stopped. Free it with tqjson2_error_destruye. */
+typedef struct tqjson2_error {
+    int32_t linea;
+    int32_t columna;
+} tqjson2_error_t;
+
+/* ---- creating and destroying nodes ----
+   Every creator returns a new node owned by the caller (or by whatever it is later appended
+   to); destroy a root with tqjson2_destruye_nodo. */
+
+/* An object without members. */
+TQJSON2_API tqjson2_nodo_t *tqjson2_crea_nodo_objeto(void);
+/* An array without elements. */
+TQJSON2_API tqjson2_nodo_t *tqjson2_crea_nodo_array(void);
+/* A string node that takes the caller's UTF-8 string over as it is (no copy, no escaping) and
+   nulls `*cadena_utf8`. The string must come from the tqbase memory component. */
+TQJSON2_API tqjson2_nodo_t *tqjson2_crea_nodo_texto_utf8(char **cadena_utf8);
+/* A string node from wide text, stored in the escaped form (control characters, the solidus
+   and the backslash as JSON escapes); the caller's wide string is destroyed and nulled. */
+TQJSON2_API tqjson2_nodo_t *tqjson2_crea_nodo_texto_unicode_a_utf8(char16_t **texto);
+TQJSON2_API tqjson2_nodo_t *tqjson2_crea_nodo_entero(int32_t valor);
+TQJSON2_API tqjson2_nodo_t *tqjson2_crea_nodo_double(double valor);
+TQJSON2_API tqjson2_nodo_t *tqjson2_crea_nodo_booleano(tqbool valor);
+TQJSON2_API tqjson2_nodo_t *tqjson2_crea_nodo_null(void);
+
+/* A new member named with a copy of `nombre` that takes the node over (nulling `*nodo`) and
+   owns it. */
+TQJSON2_API tqjson2_atributo_t *tqjson2_crea_atributo(const char16_t *nombre,
+                                                      tqjson2_nodo_t **nodo);
+
+/* Destroys the node and everything it owns, however deep, and nulls `*nodo`. Values that
+   members only borrow are left alone. */
+TQJSON2_API void tqjson2_destruye_nodo(tqjson2_nodo_t **nodo);
+
+/* ---- building trees ----
+   Appends to an object take (object, member name, value) and copy the name; appends to an array
+   take (array, value). Members and elements keep the order of the appends, and a second member
+   of the same name is appended, not merged. A function that takes something over does so on
+   every path: what a refused append was given is destroyed, not leaked. */
+
+/* Takes the member over (nulling `*atributo`) and appends it to the object. */
+TQJSON2_API void tqjson2_append_atributo_a_objeto(tqjson2_nodo_t *objeto,
+                                                  tqjson2_atributo_t **atributo);
+/* Takes the node over (nulling `*nodo`) and appends it to the array node. */
+TQJSON2_API void tqjson2_append_elemento_a_array(tqjson2_nodo_t *nodo_array, tqjson2_nodo_t **nodo);
+/* Appends a member named `etiqueta` that takes the node over and owns it. */
+TQJSON2_API void tqjson2_append_nodo_a_objeto(tqjson2_nodo_t *objeto, const char16_t *etiqueta,
+                                              tqjson2_nodo_t **nodo);
+/* Appends a member that only borrows `nodo`: the object never destroys it, several objects may
+   share it, and the caller destroys it after every object that refers to it. */
+TQJSON2_API void tqjson2_append_puntero_nodo_const_a_objeto(tqjson2_nodo_t *objeto,
+                                                            const char16_t *etiqueta,
+                                                            const tqjson2_nodo_t *nodo);
+
+TQJSON2_API void tqjson2_append_long_a_objeto(tqjson2_nodo_t *objeto, const char16_t *etiqueta,
+                                              int32_t valor);
+TQJSON2_API void tqjson2_append_long_a_array(tqjson2_nodo_t *nodo_array, int32_t valor);
+/* Stored as a signed 32-bit integer: a value above 2147483647 is reported and saturates. */
+TQJSON2_API void tqjson2_append_ulong_a_objeto(tqjson2_nodo_t *objeto, const char16_t *etiqueta,
+                                               uint32_t valor);
+TQJSON2_API void tqjson2_append_ulong_a_array(tqjson2_nodo_t *nodo_array, uint32_t valor);
+TQJSON2_API void tqjson2_append_double_a_objeto(tqjson2_nodo_t *objeto, const char16_t *etiqueta,
+                                                double valor);
+TQJSON2_API void tqjson2_append_double_a_array(tqjson2_nodo_t *nodo_array, double valor);
+TQJSON2_API void tqjson2_append_tqbool_a_objeto(tqjson2_nodo_t *objeto, const char16_t *etiqueta,
+                                                tqbool valor);
+TQJSON2_API void tqjson2_append_bool_a_array(tqjson2_nodo_t *nodo_array, tqbool valor);
+TQJSON2_API void tqjson2_append_null_a_objeto(tqjson2_nodo_t *objeto, const char16_t *etiqueta);
+/* A string of a copy of `texto`, in the escaped form; the caller keeps its text. */
+TQJSON2_API void tqjson2_append_cadena_unicode_a_objeto(tqjson2_nodo_t *objeto,
+                                                        const char16_t *etiqueta,
+                                                        const char16_t *texto);
+TQJSON2_API void tqjson2_append_cadena_unicode_a_array(tqjson2_nodo_t *nodo_array,
+                                                       const char16_t *texto);
+/* The same with the caller's own wide string, which is destroyed and nulled. */
+TQJSON2_API void tqjson2_append_cadena_unicode_a_array_pp(tqjson2_nodo_t *nodo_array,
+                                                          char16_t **texto);
+/* A plain string that takes the caller's UTF-8 string over as it is and nulls the pointer. */
+TQJSON2_API void tqjson2_append_cadena_utf8_a_objeto(tqjson2_nodo_t *objeto,
+                                                     const char16_t *etiqueta, char **texto_utf8);
+TQJSON2_API void tqjson2_append_cadena_utf8_a_array(tqjson2_nodo_t *nodo_array, char **texto_utf8);
+/* A plain string converted from ANSI text; the caller keeps its text. */
+TQJSON2_API void tqjson2_append_cadena_ansi_a_objeto(tqjson2_nodo_t *objeto,
+                                                     const char16_t *etiqueta,
+                                                     const char *texto_ansi);
+TQJSON2_API void tqjson2_append_cadena_ansi_a_array(tqjson2_nodo_t *nodo_array,
+                                                    const char *texto_ansi);
+/* A string of the time's decimal digits (a JSON string, not a number). */
+TQJSON2_API void tqjson2_append_time_t_a_objeto(tqjson2_nodo_t *objeto, const char16_t *etiqueta,
+                                                int64_t valor);
+TQJSON2_API void tqjson2_append_time64_t_a_objeto(tqjson2_nodo_t *objeto, const char16_t *etiqueta,
+                                                  int64_t valor);
+/* As tqjson2_append_cadena_unicode_a_objeto for a text that may lie in unreadable memory: when
+   reading it faults, or the append makes an internal-error report, the member holds the text
+   "<Writted uninitialized variable>" instead and the process goes on. */
+TQJSON2_API void tqjson2_append_cadena_unicode_a_objeto_seguro(tqjson2_nodo_t *objeto,
+                                                               const char16_t *etiqueta,
+                                                               const char16_t *texto);
+
+/* ---- changing values in place ----
+   Only string, integer, double and boolean nodes change kind and value; null, object and array
+   nodes never do. */
+TQJSON2_API void tqjson2_set_nodo_entero(tqjson2_nodo_t *nodo, int32_t valor);
+TQJSON2_API void tqjson2_set_nodo_double(tqjson2_nodo_t *nodo, double valor);
+TQJSON2_API void tqjson2_set_nodo_booleano(tqjson2_nodo_t *nodo, tqbool valor);
+/* Stores the caller's wide text in the escaped form; the text is destroyed and nulled. */
+TQJSON2_API void tqjson2_set_nodo_texto_unicode_a_utf8(tqjson2_nodo_t *nodo, char16_t **texto);
+/* Destroys the array node's elements, then takes the given array of nodes over (nulling it). */
+TQJSON2_API void tqjson2_set_nodo_valores_array(tqjson2_nodo_t *nodo, arr_puntero_t **valores);
+
+/* ---- querying trees ----
+   Getters that return arrays, names, nodes or the stored text return the tree's own data: do
+   not free it. Getters that convert return a new string the caller frees. A getter given a node
+   of another kind reports it and returns a neutral value; the tests (es_valor_) are the
+   tolerant way. */
+TQJSON2_API int32_t tqjson2_tipo_nodo(const tqjson2_nodo_t *nodo);
+/* The object's members (tqjson2_atributo_t *), in order. */
+TQJSON2_API arr_puntero_t *tqjson2_get_atributos_objeto(const tqjson2_nodo_t *nodo);
+/* The array's elements (tqjson2_nodo_t *), in order. */
+TQJSON2_API arr_puntero_t *tqjson2_get_valores_array(const tqjson2_nodo_t *nodo);
+TQJSON2_API const char16_t *tqjson2_get_nombre_atributo(const tqjson2_atributo_t *atributo);
+TQJSON2_API tqjson2_nodo_t *tqjson2_get_valor_atributo(const tqjson2_atributo_t *atributo);
+TQJSON2_API int32_t tqjson2_get_valor_entero(const tqjson2_nodo_t *nodo);
+TQJSON2_API double tqjson2_get_valor_double(const tqjson2_nodo_t *nodo);
+/* The stored UTF-8 text as stored (escaped form included). */
+TQJSON2_API const char *tqjson2_get_valor_cadena_utf8(const tqjson2_nodo_t *nodo);
+/* A new wide string of the stored text, escape sequences left as stored. */
+TQJSON2_API char16_t *tqjson2_get_valor_cadena_u(const tqjson2_nodo_t *nodo);
+/* A new wide string of the text, escape sequences decoded. */
+TQJSON2_API char16_t *tqjson2_get_valor_cadena_unicode(const tqjson2_nodo_t *nodo);
+/* A new ANSI string of the decoded text. */
+TQJSON2_API char *tqjson2_get_valor_cadena_decodificada_ANSI(const tqjson2_nodo_t *nodo);
+/* CIERTO when the pointer itself is null. */
+TQJSON2_API tqbool tqjson2_get_valor_null(const tqjson2_nodo_t *nodo);
+
+/* Each test writes `*valor` as its table says and answers whether the node is of the type:
+   entero and double write the node's field first, whatever its kind; booleano also takes a
+   string holding true or false in any letter case; the string tests hand out a new text,
+   not decoded, or null. */
+TQJSON2_API tqbool tqjson2_es_valor_entero(const tqjson2_nodo_t *nodo, int32_t *valor);
+TQJSON2_API tqbool tqjson2_es_valor_double(const tqjson2_nodo_t *nodo, double *valor);
+TQJSON2_API tqbool tqjson2_es_valor_booleano(const tqjson2_nodo_t *nodo, tqbool *valor);
+TQJSON2_API tqbool tqjson2_es_valor_cadena_utf8(const tqjson2_nodo_t *nodo, char **valor);
+TQJSON2_API tqbool tqjson2_es_valor_cadena_unicode(const tqjson2_nodo_t *nodo, char16_t **valor);
+TQJSON2_API tqbool tqjson2_es_valor_cadena_ansi(const tqjson2_nodo_t *nodo, char **valor);
+
+/* CIERTO and the value of the only member named exactly `etiqueta` (the tree's own node);
+   otherwise FALSO and null; a name present twice counts as absent. `valor` may be null. */
+TQJSON2_API tqbool tqjson2_existe_atributo_con_nombre_en_objeto(const tqjson2_nodo_t *nodo_objeto,
+                                                                const char16_t *etiqueta,
+                                                                tqjson2_nodo_t **valor);
+TQJSON2_API tqbool tqjson2_existe_atributo_con_nombre_en_objeto2(const tqjson2_nodo_t *nodo_objeto,
+                                                                 const char16_t *etiqueta,
+                                                                 tqjson2_nodo_t **valor);
+/* Ignoring letter case: the first matching member whose value is not null wins; when every
+   match holds null, the last one's null node; with no match FALSO and `*valor` untouched. */
+TQJSON2_API tqbool tqjson2_existe_atributo_con_nombre_may_o_min_en_objeto(
+    const tqjson2_nodo_t *nodo_objeto, const char16_t *etiqueta, tqjson2_nodo_t **valor);
+/* As the exact lookup, and on CIERTO the member is removed and its value handed to the caller,
+   who then owns it (a borrowed value comes back to its owner). */
+TQJSON2_API tqbool tqjson2_se_extrae_atributo_con_nombre_de_objeto(tqjson2_nodo_t *nodo_objeto,
+                                                                   const char16_t *etiqueta,
+                                                                   tqjson2_nodo_t **valor);
+
+/* ---- decoding tolerance ----
+   CIERTO pushes, any other value pops, a process-wide counter: while it is non-zero, a "\u00"
+   escape with digits that are not hexadecimal decodes to '?' without an internal-error report.
+   Not synchronised: callers that push and pop from several threads serialise those calls. */
+TQJSON2_API void tqjson2_apila_desapila_ignorar_assert_se_decodifica(tqbool apila);
+
+TQBASE_C_FIN
+
+#endif

@@ -1,0 +1,88 @@
+// Reading trees: kinds, member and element arrays, names and typed values. A getter checks the
+// kind it requires and never converts; the value tests are the tolerant way.
+#include "codec/codec.h"
+#include "tree/nodes.h"
+
+namespace {
+
+// The condition each getter's kind check reports, by the kind it requires.
+constexpr const char *i_CONDICION_TIPO[] = {
+    "nodo->tipo == TQJSON_TIPO_OBJETO", "nodo->tipo == TQJSON_TIPO_ARRAY",
+    "nodo->tipo == TQJSON_TIPO_CADENA", "nodo->tipo == TQJSON_TIPO_ENTERO",
+    "nodo->tipo == TQJSON_TIPO_DOUBLE",
+};
+
+bool i_es_nodo_de_tipo(const tqjson2_nodo_t *nodo, int32_t tipo, int linea) {
+    return i_verifica(nodo != nullptr, "(nodo) != NULL", i_MODULO, linea) &&
+           i_verifica(nodo->tipo == tipo, i_CONDICION_TIPO[tipo], i_MODULO, linea);
+}
+
+// The stored text as wide text, escape sequences decoded when the node holds the escaped form.
+char16_t *i_texto_decodificado(const tqjson2_nodo_t *nodo) {
+    char16_t *texto = unicode_convierte_UTF8_a_UNICODE(nodo->cadena_utf8);
+    if (nodo->texto_decodificado == CIERTO)
+        return texto;
+    char16_t *decodificado = i_decodifica_secuencias_escape(texto);
+    widestr_nousar_destruye(&texto, i_MODULO, __LINE__);
+    return decodificado;
+}
+
+} // namespace
+
+int32_t tqjson2_tipo_nodo(const tqjson2_nodo_t *nodo) {
+    return i_VERIFICA((nodo) != NULL) ? nodo->tipo : TQJSON_TIPO_NULL;
+}
+
+arr_puntero_t *tqjson2_get_atributos_objeto(const tqjson2_nodo_t *nodo) {
+    return i_es_nodo_de_tipo(nodo, TQJSON_TIPO_OBJETO, __LINE__) ? nodo->atributos_objeto : nullptr;
+}
+
+arr_puntero_t *tqjson2_get_valores_array(const tqjson2_nodo_t *nodo) {
+    return i_es_nodo_de_tipo(nodo, TQJSON_TIPO_ARRAY, __LINE__) ? nodo->valores_array : nullptr;
+}
+
+const char16_t *tqjson2_get_nombre_atributo(const tqjson2_atributo_t *atributo) {
+    return i_VERIFICA((atributo) != NULL) ? atributo->nombre : nullptr;
+}
+
+tqjson2_nodo_t *tqjson2_get_valor_atributo(const tqjson2_atributo_t *atributo) {
+    return i_VERIFICA((atributo) != NULL) ? atributo->valor : nullptr;
+}
+
+int32_t tqjson2_get_valor_entero(const tqjson2_nodo_t *nodo) {
+    return i_es_nodo_de_tipo(nodo, TQJSON_TIPO_ENTERO, __LINE__) ? nodo->entero : i_ENTERO_RELLENO;
+}
+
+double tqjson2_get_valor_double(const tqjson2_nodo_t *nodo) {
+    return i_es_nodo_de_tipo(nodo, TQJSON_TIPO_DOUBLE, __LINE__) ? nodo->valor_double
+                                                                 : i_DOUBLE_RELLENO;
+}
+
+const char *tqjson2_get_valor_cadena_utf8(const tqjson2_nodo_t *nodo) {
+    return i_es_nodo_de_tipo(nodo, TQJSON_TIPO_CADENA, __LINE__) ? nodo->cadena_utf8 : nullptr;
+}
+
+char16_t *tqjson2_get_valor_cadena_u(const tqjson2_nodo_t *nodo) {
+    if (!i_es_nodo_de_tipo(nodo, TQJSON_TIPO_CADENA, __LINE__))
+        return widestr_nousar_creacadena(1);
+    return unicode_convierte_UTF8_a_UNICODE(nodo->cadena_utf8);
+}
+
+char16_t *tqjson2_get_valor_cadena_unicode(const tqjson2_nodo_t *nodo) {
+    if (!i_es_nodo_de_tipo(nodo, TQJSON_TIPO_CADENA, __LINE__))
+        return widestr_nousar_creacadena(1);
+    return i_texto_decodificado(nodo);
+}
+
+char *tqjson2_get_valor_cadena_decodificada_ANSI(const tqjson2_nodo_t *nodo) {
+    if (!i_es_nodo_de_tipo(nodo, TQJSON_TIPO_CADENA, __LINE__))
+        return cad_copia_cadena("");
+    char16_t *texto = i_texto_decodificado(nodo);
+    char *ansi = unicode_UNICODE_a_ANSI(texto);
+    widestr_nousar_destruye(&texto, i_MODULO, __LINE__);
+    return ansi;
+}
+
+tqbool tqjson2_get_valor_null(const tqjson2_nodo_t *nodo) {
+    return nodo == nullptr ? CIERTO : FALSO;
+}

@@ -1,0 +1,61 @@
+// The document tree's records and the internal operations that build, change and destroy
+// nodes and members. Every node is made through i_crea_nodo.
+#pragma once
+
+#include <cfloat>
+
+#include "companion/companion.h"
+#include "tqjson2.h"
+#include "tqjson2_modulo.h"
+
+// What the fields of a node hold when its kind does not use them.
+inline constexpr int32_t i_ENTERO_RELLENO = 2147483647;
+inline constexpr double i_DOUBLE_RELLENO = DBL_MAX; // bit pattern 0x7FEFFFFFFFFFFFFF
+
+struct tqjson2_nodo {
+    int32_t tipo;                    // TQJSON_TIPO_*
+    arr_puntero_t *atributos_objeto; // members (tqjson2_atributo_t *), objects only
+    arr_puntero_t *valores_array;    // elements (tqjson2_nodo_t *), arrays only
+    char *cadena_utf8;               // strings only
+    tqbool texto_decodificado;       // CIERTO: plain text; FALSO: the escaped form
+    int32_t entero;                  // integers; i_ENTERO_RELLENO elsewhere
+    double valor_double;             // doubles; i_DOUBLE_RELLENO elsewhere
+    tqbool booleano;                 // booleans; FALSO elsewhere
+};
+
+struct tqjson2_atributo {
+    char16_t *nombre;      // never null
+    tqbool es_propietario; // CIERTO: the member destroys its value with itself
+    tqjson2_nodo_t *valor;
+};
+
+// Allocates a node and fills its fields in order. The three pointers are taken over through
+// their addresses; a null address gives a null field.
+tqjson2_nodo_t *i_crea_nodo(int32_t tipo, arr_puntero_t **atributos_objeto,
+                            arr_puntero_t **valores_array, char **cadena_utf8,
+                            tqbool texto_decodificado, int32_t entero, double valor_double,
+                            tqbool booleano);
+tqjson2_nodo_t *i_crea_nodo_objeto_con_atributos(arr_puntero_t **atributos_objeto);
+tqjson2_nodo_t *i_crea_nodo_array_con_valores(arr_puntero_t **valores_array);
+// A string node from wide text, escaped when `codifica` is CIERTO; the text is destroyed.
+tqjson2_nodo_t *i_crea_nodo_texto_unicode(tqbool codifica, char16_t **texto_unicode,
+                                          tqbool texto_decodificado);
+
+// A member that takes the name over (a null name is refused) and stores the value as given.
+tqjson2_atributo_t *i_crea_atributo(char16_t **nombre, tqbool es_propietario,
+                                    tqjson2_nodo_t *valor);
+tqjson2_atributo_t *i_crea_atributo_propietario(char16_t **nombre, tqjson2_nodo_t **nodo);
+// A member with a copy of the name that borrows `valor`: the tree never destroys it.
+tqjson2_atributo_t *i_crea_atributo_const(const char16_t *nombre, tqjson2_nodo_t *valor);
+void i_destruye_atributo(tqjson2_atributo_t **atributo);
+
+// The destructors in the array component's form, for member and element arrays.
+void i_destruye_atributo_elemento(void *atributo);
+void i_destruye_nodo_elemento(void *nodo);
+
+// CIERTO for string, integer, double and boolean.
+tqbool i_es_tipo_basico(int32_t tipo);
+// Changes a node of a basic kind to another basic kind and value in place, taking the text
+// over; texto_decodificado is left to the caller.
+void i_set_valor_basico(tqjson2_nodo_t *nodo, int32_t tipo, char **cadena_utf8, int32_t entero,
+                        double valor_double, tqbool booleano);
