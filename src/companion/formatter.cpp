@@ -111,44 +111,44 @@ void i_escribe_cadena(i_Salida &salida, const char16_t *cadena) {
     i_anade_unidades(salida, cadena, longitud);
 }
 
-bool i_empieza(const char16_t *texto, const char16_t *prefijo) {
-    for (; *prefijo; ++texto, ++prefijo)
-        if (*texto != *prefijo)
-            return false;
-    return true;
+// Length of `prefijo` when `texto` begins with it, else 0.
+size_t i_longitud_prefijo(const char16_t *texto, const char16_t *prefijo) {
+    size_t longitud = 0;
+    for (; prefijo[longitud]; ++longitud)
+        if (texto[longitud] != prefijo[longitud])
+            return 0;
+    return longitud;
 }
 
-bool i_es_parte_de_especificacion(char16_t unidad) {
+bool i_es_parte_de_directiva(char16_t unidad) {
     return unidad != u'\0' && unidad < 0x80 &&
            std::strchr("-+ #0123456789.*hlLqjztI", static_cast<char>(unidad)) != nullptr;
 }
 
 // Units of an unknown conversion after its '%': printf's flags, width, precision and length,
 // then the conversion letter, so that none of it leaks into the output.
-size_t i_longitud_desconocida(const char16_t *especificacion) {
+size_t i_longitud_desconocida(const char16_t *directiva) {
     size_t longitud = 0;
-    while (i_es_parte_de_especificacion(especificacion[longitud]))
+    while (i_es_parte_de_directiva(directiva[longitud]))
         ++longitud;
-    return especificacion[longitud] ? longitud + 1 : longitud;
+    return directiva[longitud] ? longitud + 1 : longitud;
 }
 
-// The conversion that `especificacion` (what follows a '%') begins, and its length in units.
-i_Conversion i_lee_conversion(const char16_t *especificacion, size_t *longitud) {
+// The conversion that `directiva` (what follows a '%') begins, and its length in units.
+i_Conversion i_lee_conversion(const char16_t *directiva, size_t *longitud) {
     static constexpr struct {
         const char16_t *texto;
-        size_t longitud;
         i_Conversion conversion;
-    } i_CONOCIDAS[] = {{u"s", 1, i_Conversion::cadena},     {u"i", 1, i_Conversion::entero_32},
-                       {u"ld", 2, i_Conversion::entero_32}, {u"lld", 3, i_Conversion::entero_64},
-                       {u"Id", 2, i_Conversion::entero_64}, {u".*G", 3, i_Conversion::doble_g},
-                       {u"%", 1, i_Conversion::porcentaje}};
+    } i_CONOCIDAS[] = {{u"s", i_Conversion::cadena},     {u"i", i_Conversion::entero_32},
+                       {u"ld", i_Conversion::entero_32}, {u"lld", i_Conversion::entero_64},
+                       {u"Id", i_Conversion::entero_64}, {u".*G", i_Conversion::doble_g},
+                       {u"%", i_Conversion::porcentaje}};
     for (const auto &conocida : i_CONOCIDAS) {
-        if (i_empieza(especificacion, conocida.texto)) {
-            *longitud = conocida.longitud;
+        *longitud = i_longitud_prefijo(directiva, conocida.texto);
+        if (*longitud)
             return conocida.conversion;
-        }
     }
-    *longitud = i_longitud_desconocida(especificacion);
+    *longitud = i_longitud_desconocida(directiva);
     return i_Conversion::desconocida;
 }
 

@@ -15,24 +15,22 @@ template <class Llamada>
 void ExpectReported(RecordingHandler &handler, Llamada llamada, int64_t esperado,
                     const std::string &condicion) {
     handler.clear();
-    EXPECT_EQ(static_cast<int64_t>(llamada()), esperado);
-    ASSERT_EQ(handler.reports().size(), 1u);
+    EXPECT_EQ(static_cast<int64_t>(llamada()), esperado) << condicion;
+    ASSERT_EQ(handler.reports().size(), 1u) << condicion;
     EXPECT_EQ(handler.reports()[0].condicion, condicion);
     EXPECT_EQ(handler.reports()[0].modulo, "tqbase: cambtipo");
 }
 } // namespace
 
-TEST(NumberConversion, InRangeValuesConvertWithoutReport) {
+TEST(NumberConversion, BoundsConvertWithoutReport) {
     RecordingHandler handler;
     EXPECT_EQ(cambtipo_unsigned_long_a_long(2147483647u), 2147483647);
     EXPECT_EQ(cambtipo_long_a_unsigned_long(0), 0u);
-    EXPECT_EQ(cambtipo_long_a_unsigned_long(INT32_MAX), 2147483647u);
     EXPECT_EQ(cambtipo_unsigned_long_a_unsigned_char(255u), 255u);
     EXPECT_EQ(cambtipo_size_t_a_unsigned_long(size_t{UINT32_MAX}), UINT32_MAX);
-    EXPECT_EQ(cambtipo_double_a_long(2147483647.0), INT32_MAX);
     EXPECT_EQ(cambtipo_double_a_long(-2147483648.0), INT32_MIN);
-    EXPECT_EQ(cambtipo_double_a_long(-1.9), -1);
-    EXPECT_EQ(cambtipo_double_a_long(1.9), 1);
+    EXPECT_EQ(cambtipo_double_a_long(2147483647.0), INT32_MAX);
+    EXPECT_EQ(cambtipo_double_a_long(-1.9), -1); // truncated toward zero
     EXPECT_TRUE(handler.reports().empty());
 }
 
@@ -44,8 +42,6 @@ TEST(NumberConversion, OutOfRangeValuesSaturateWithAReport) {
     ExpectReported(
         h, [] { return cambtipo_long_a_unsigned_long(-1); }, 0, "valor >= 0");
     ExpectReported(
-        h, [] { return cambtipo_long_a_unsigned_long(INT32_MIN); }, 0, "valor >= 0");
-    ExpectReported(
         h, [] { return cambtipo_unsigned_long_a_unsigned_char(256u); }, 255, "valor <= UINT8_MAX");
     ExpectReported(
         h, [] { return cambtipo_size_t_a_unsigned_long(size_t{UINT32_MAX} + 1); }, UINT32_MAX,
@@ -53,48 +49,28 @@ TEST(NumberConversion, OutOfRangeValuesSaturateWithAReport) {
     ExpectReported(
         h, [] { return cambtipo_double_a_long(2147483647.5); }, INT32_MAX, "valor <= INT32_MAX");
     ExpectReported(
-        h, [] { return cambtipo_double_a_long(kInf); }, INT32_MAX, "valor <= INT32_MAX");
-    ExpectReported(
-        h, [] { return cambtipo_double_a_long(-2147483648.5); }, INT32_MIN, "valor >= INT32_MIN");
+        h, [] { return cambtipo_double_a_long(-kInf); }, INT32_MIN, "valor >= INT32_MIN");
     ExpectReported(
         h, [] { return cambtipo_double_a_long(kNan); }, 0, "!std::isnan(valor)");
 }
 
-TEST(NumberConversion, DoubleFitsExactlyTheSigned32BitRange) {
+TEST(NumberConversion, DoubleFitsExactlyTheSigned32BitRangeAndRoundtolClampsSilently) {
     RecordingHandler handler;
+    // clang-format off
     const struct {
         double valor;
         tqbool cabe;
-    } rows[] = {{2147483647.0, CIERTO}, {-2147483648.0, CIERTO}, {-0.0, CIERTO},
-                {2147483648.0, FALSO},  {2147483647.5, FALSO},   {-2147483648.5, FALSO},
-                {kNan, FALSO},          {kInf, FALSO},           {-kInf, FALSO}};
+        int32_t redondeado;
+    } rows[] = {
+        {2147483647.0, CIERTO, INT32_MAX}, {-2147483648.0, CIERTO, INT32_MIN}, {-0.0, CIERTO, 0},
+        {0.5, CIERTO, 1}, {-2.5, CIERTO, -3}, {0.49999999999999994, CIERTO, 0},
+        {2147483646.5, CIERTO, INT32_MAX}, {2147483647.5, FALSO, INT32_MAX},
+        {2147483648.0, FALSO, INT32_MAX}, {-2147483648.4, FALSO, INT32_MIN},
+        {-1e300, FALSO, INT32_MIN}, {kInf, FALSO, INT32_MAX}, {kNan, FALSO, 0}};
+    // clang-format on
     for (const auto &row : rows) {
         SCOPED_TRACE(row.valor);
         EXPECT_EQ(cambtipo_se_puede_double_a_long(row.valor), row.cabe);
-    }
-    EXPECT_TRUE(handler.reports().empty());
-}
-
-TEST(NumberConversion, RoundtolRoundsHalvesAwayAndClampsSilently) {
-    RecordingHandler handler;
-    const struct {
-        double valor;
-        int32_t redondeado;
-    } rows[] = {{0.5, 1},
-                {-0.5, -1},
-                {2.5, 3},
-                {-2.5, -3},
-                {0.49999999999999994, 0}, // adding 0.5 first would round it up
-                {4503599627370497.0, INT32_MAX},
-                {2147483646.5, INT32_MAX},
-                {2147483647.5, INT32_MAX},
-                {-2147483648.4, INT32_MIN},
-                {-1e300, INT32_MIN},
-                {kInf, INT32_MAX},
-                {-kInf, INT32_MIN},
-                {kNan, 0}};
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.valor);
         EXPECT_EQ(roundtol(row.valor), row.redondeado);
     }
     EXPECT_TRUE(handler.reports().empty());
