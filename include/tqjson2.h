@@ -212,6 +212,27 @@ TQJSON2_API tqbool tqjson2_se_extrae_atributo_con_nombre_de_objeto(tqjson2_nodo_
    Not synchronised: callers that push and pop from several threads serialise those calls. */
 TQJSON2_API void tqjson2_apila_desapila_ignorar_assert_se_decodifica(tqbool apila);
 
+/* ---- writing ----
+   A tree is written from its root, which must be an object or an array, as UTF-8 JSON without
+   a byte-order mark: indented (four spaces a level, a line feed after every line) or minified
+   (one line, no line feed). Member names are written as stored, without escaping; string values
+   as stored, with a backslash put before every quotation mark. The tree is only read. */
+
+/* Writes the tree to the file `nombre_fichero` (created or emptied), indented, with " : "
+   between names and values. */
+TQJSON2_API void tqjson2_escribe_fichero(const tqjson2_nodo_t *nodo_raiz,
+                                         const char16_t *nombre_fichero);
+/* As tqjson2_escribe_fichero with the caller's configuration (null: the default, both fields
+   CIERTO). The configuration stays the caller's. */
+TQJSON2_API void tqjson2_escribe_fichero_ex(const tqjson2_nodo_t *nodo_raiz,
+                                            const tqjson2_conf_escritura_t *conf,
+                                            const char16_t *nombre_fichero);
+/* The tree as one new UTF-8 text, indented, with " : " between names and values. The caller
+   frees it with marlstr_destruye. */
+TQJSON2_API char *tqjson2_genera_texto_utf8(const tqjson2_nodo_t *nodo_raiz);
+/* As tqjson2_genera_texto_utf8, minified; the separator is still " : ". */
+TQJSON2_API char *tqjson2_genera_texto_utf8_minificado(const tqjson2_nodo_t *nodo_raiz);
+
 TQBASE_C_FIN
 
 #endif

@@ -10,4 +10,8 @@ TQBASE_C_INICIO
 // serve as a work stack (null for an empty array).
 TQBASE_API void *arr_ExtraeUltimoPunteroConTipo(arr_puntero_t *arr);
 
+// The elements as one contiguous block, valid until the array next changes, and their count in
+// `*num`: lets a reader that visits every element skip a call and an index check per element.
+TQBASE_API void *const *arr_DatosPunteroConTipo(const arr_puntero_t *arr, uint32_t *num);
+
 TQBASE_C_FIN

@@ -5,10 +5,12 @@
 
 #include "arrays.h"
 #include "byte_strings.h"
+#include "files.h"
 #include "formatter.h"
 #include "hex_digits.h"
 #include "number_conversion.h"
 #include "stdc_wrapper.h"
+#include "text_output.h"
 #include "trap_frames.h"
 #include "traspaso.h"
 #include "unicode.h"

@@ -62,14 +62,11 @@ void i_anade_unidades(i_Salida &salida, const char16_t *unidades, size_t num) {
     std::memcpy(i_reserva(salida, num), unidades, num * sizeof(char16_t));
 }
 
-// ASCII widens unit by unit; upper-casing turns to_chars' spelling into that of %G.
-void i_anade_ascii(i_Salida &salida, const char *texto, size_t num, bool mayusculas) {
+// ASCII widens unit by unit.
+void i_anade_ascii(i_Salida &salida, const char *texto, size_t num) {
     char16_t *destino = i_reserva(salida, num);
-    for (size_t i = 0; i < num; ++i) {
-        const char c = texto[i];
-        const bool minuscula = mayusculas && c >= 'a' && c <= 'z';
-        destino[i] = static_cast<char16_t>(minuscula ? c - 'a' + 'A' : c);
-    }
+    for (size_t i = 0; i < num; ++i)
+        destino[i] = static_cast<char16_t>(texto[i]);
 }
 
 char16_t *i_entrega(i_Salida &salida) {
@@ -88,18 +85,13 @@ char16_t *i_entrega(i_Salida &salida) {
 template <class Entero> void i_escribe_entero(i_Salida &salida, Entero valor) {
     char texto[24];
     const std::to_chars_result fin = std::to_chars(texto, texto + sizeof texto, valor);
-    i_anade_ascii(salida, texto, static_cast<size_t>(fin.ptr - texto), false);
+    i_anade_ascii(salida, texto, static_cast<size_t>(fin.ptr - texto));
 }
 
 void i_escribe_double(i_Salida &salida, int precision, double valor) {
-    if (precision < 0)
-        precision = i_PRECISION_POR_DEFECTO;
     char texto[i_TAM_DOUBLE];
-    const std::to_chars_result fin =
-        std::to_chars(texto, texto + sizeof texto, valor, std::chars_format::general, precision);
-    if (!i_VERIFICA(fin.ec == std::errc{}))
-        return;
-    i_anade_ascii(salida, texto, static_cast<size_t>(fin.ptr - texto), true);
+    const size_t longitud = copiaforu_nousar_texto_G(valor, precision, texto, sizeof texto);
+    i_anade_ascii(salida, texto, longitud);
 }
 
 void i_escribe_cadena(i_Salida &salida, const char16_t *cadena) {
@@ -222,4 +214,18 @@ char16_t *copiaforu_nousar_formatea(const char16_t *formato, ...) {
         va_end(argumentos);
     }
     return i_entrega(salida);
+}
+
+size_t copiaforu_nousar_texto_G(double valor, int precision, char *texto, size_t tam) {
+    if (precision < 0)
+        precision = i_PRECISION_POR_DEFECTO;
+    const std::to_chars_result fin =
+        std::to_chars(texto, texto + tam, valor, std::chars_format::general, precision);
+    if (!i_VERIFICA(fin.ec == std::errc{}))
+        return 0;
+    // to_chars spells the exponent, "inf" and "nan" in lower case; %G in upper case.
+    for (char *c = texto; c != fin.ptr; ++c)
+        if (*c >= 'a' && *c <= 'z')
+            *c = static_cast<char>(*c - 'a' + 'A');
+    return static_cast<size_t>(fin.ptr - texto);
 }

@@ -16,4 +16,9 @@ TQBASE_C_INICIO
 // Any other conversion is an internal-error report and writes nothing.
 TQBASE_API char16_t *copiaforu_nousar_formatea(const char16_t *formato, ...);
 
+// The ASCII characters that "%.*G" writes for `valor` with `precision` (negative: 6), in
+// `texto` of `tam` bytes, without a terminator; the count written. A `tam` too small for the
+// text is reported and gives 0. The writer of the code base formats doubles through it.
+TQBASE_API size_t copiaforu_nousar_texto_G(double valor, int precision, char *texto, size_t tam);
+
 TQBASE_C_FIN

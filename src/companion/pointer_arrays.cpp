@@ -46,6 +46,13 @@ void *arr_ExtraeUltimoPunteroConTipo(arr_puntero_t *arr) {
     return arr->a.datos[--arr->a.num];
 }
 
+void *const *arr_DatosPunteroConTipo(const arr_puntero_t *arr, uint32_t *num) {
+    if (!i_VERIFICA((num) != NULL))
+        return nullptr;
+    *num = i_array_valido(arr) ? arr->a.num : 0;
+    return *num ? arr->a.datos : nullptr;
+}
+
 void arr_BorrarEstructuraConTipo(arr_puntero_t *arr, uint32_t indice, arr_destructor_t destructor) {
     if (!i_indice_valido(arr, indice))
         return;

@@ -18,4 +18,13 @@ TQBASE_API char16_t *unicode_convierte_UTF8_a_UNICODE(const char *texto_utf8);
 TQBASE_API char *unicode_convierte_UNICODE_a_UTF8(const char16_t *texto);
 TQBASE_API char *unicode_UNICODE_a_ANSI(const char16_t *texto);
 
+// For writers that build their output in place: the bytes of the UTF-8 form of `texto`
+// (terminator excluded), and that form written at `salida` without a terminator, returning
+// the end of what was written.
+TQBASE_API size_t unicode_longitud_UNICODE_a_UTF8(const char16_t *texto);
+TQBASE_API char *unicode_escribe_UNICODE_a_UTF8(const char16_t *texto, char *salida);
+// CIERTO when reading `texto` into UTF-16 and writing it back gives the same bytes: well-formed
+// UTF-8 that encodes no surrogate. `*longitud` receives the text's length in bytes either way.
+TQBASE_API tqbool unicode_es_UTF8_estable(const char *texto, size_t *longitud);
+
 TQBASE_C_FIN

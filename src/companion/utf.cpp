@@ -150,14 +150,50 @@ char32_t i_lee_caracter(const char16_t *&p) {
     return punto;
 }
 
-void i_codifica_utf8(const char16_t *p, char *salida) {
+// Writes the UTF-8 form of `p` without a terminator and returns the end of what was written.
+char *i_codifica_utf8(const char16_t *p, char *salida) {
     while (*p) {
         while (*p && *p < 0x80)
             *salida++ = char(*p++);
         if (*p)
             salida = i_escribe_utf8(salida, i_lee_caracter(p));
     }
-    *salida = '\0';
+    return salida;
+}
+
+// ---- UTF-8 that reads back unchanged ----
+
+// Skips ASCII bytes, eight at a time where it can.
+const unsigned char *i_salta_ascii(const unsigned char *p, const unsigned char *fin) {
+    constexpr uint64_t i_BITS_ALTOS = 0x8080808080808080u;
+    while (fin - p >= 8) {
+        uint64_t ocho;
+        std::memcpy(&ocho, p, sizeof ocho);
+        if (ocho & i_BITS_ALTOS)
+            break;
+        p += 8;
+    }
+    while (p != fin && *p < 0x80)
+        ++p;
+    return p;
+}
+
+// Bytes of the sequence at the non-ASCII byte `p` when it is well formed and encodes no
+// surrogate, so that reading it into UTF-16 and writing it back gives the same bytes; else 0.
+// (The generalised form of a surrogate reads as one unit, and two of them that make a pair
+// come back as one four-byte sequence.)
+size_t i_secuencia_estable(const unsigned char *p, const unsigned char *fin) {
+    const i_Lider lider = i_lider(*p);
+    const size_t bytes = size_t(lider.continuaciones) + 1;
+    if (lider.continuaciones == 0 || size_t(fin - p) < bytes)
+        return 0;
+    const unsigned char maximo = *p == 0xED ? 0x9F : lider.maximo;
+    if (p[1] < lider.minimo || p[1] > maximo)
+        return 0;
+    for (size_t i = 2; i < bytes; ++i)
+        if (!i_es_continuacion(p[i]))
+            return 0;
+    return bytes;
 }
 
 char *i_utf8_vacia() {
@@ -185,6 +221,36 @@ char *unicode_convierte_UNICODE_a_UTF8(const char16_t *texto) {
     if (!i_VERIFICA((texto) != NULL))
         return i_utf8_vacia();
     char *utf8 = static_cast<char *>(marlspy_nousar_malloc(i_bytes_utf8(texto) + 1));
-    i_codifica_utf8(texto, utf8);
+    *i_codifica_utf8(texto, utf8) = '\0';
     return utf8;
+}
+
+size_t unicode_longitud_UNICODE_a_UTF8(const char16_t *texto) {
+    if (!i_VERIFICA((texto) != NULL))
+        return 0;
+    return i_bytes_utf8(texto);
+}
+
+char *unicode_escribe_UNICODE_a_UTF8(const char16_t *texto, char *salida) {
+    if (!i_VERIFICA((texto) != NULL))
+        return salida;
+    return i_codifica_utf8(texto, salida);
+}
+
+tqbool unicode_es_UTF8_estable(const char *texto, size_t *longitud) {
+    if (!i_VERIFICA((texto) != NULL) || !i_VERIFICA((longitud) != NULL))
+        return FALSO;
+    *longitud = std::strlen(texto);
+    const auto *p = reinterpret_cast<const unsigned char *>(texto);
+    const unsigned char *const fin = p + *longitud;
+    while (p != fin) {
+        p = i_salta_ascii(p, fin);
+        if (p == fin)
+            break;
+        const size_t bytes = i_secuencia_estable(p, fin);
+        if (bytes == 0)
+            return FALSO;
+        p += bytes;
+    }
+    return CIERTO;
 }

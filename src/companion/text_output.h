@@ -1,0 +1,12 @@
+// tqbase text-output component: formatted writes to a file of the file component.
+#pragma once
+
+#include "files.h"
+
+TQBASE_C_INICIO
+
+// Writes as fprintf does (byte format and arguments); the result is fprintf's, or -1 for a
+// null handle.
+TQBASE_API int ctxt_printf(lc_fichero_t *fichero, const char *formato, ...);
+
+TQBASE_C_FIN

@@ -1,0 +1,53 @@
+// The JSON text of a double: integral values in the range of a 32-bit integer as "<n>.0",
+// others by "%.*G" with 15 significant digits, and always with a point or an exponent so that
+// the text reads back as a double.
+#include <charconv>
+#include <cmath>
+
+#include "writer.h"
+
+namespace {
+
+constexpr double i_TOLERANCIA = 1e-15;
+constexpr int i_PRECISION = 15;
+
+// The largest finite double is also the fill value of nodes of other kinds; 15 digits would
+// round it past the largest double, so it is spelled out with the 17 that read back exactly.
+constexpr char i_TEXTO_DOUBLE_MAXIMO[] = "1.7976931348623158e+308";
+
+size_t i_copia(char *texto, const char *literal, size_t longitud) {
+    std::memcpy(texto, literal, longitud);
+    return longitud;
+}
+
+bool i_tiene_punto_o_exponente(const char *texto, size_t longitud) {
+    for (size_t i = 0; i < longitud; ++i)
+        if (texto[i] == '.' || texto[i] == 'e' || texto[i] == 'E')
+            return true;
+    return false;
+}
+
+} // namespace
+
+size_t i_texto_double(double numero, char texto[i_TAM_TEXTO_DOUBLE]) {
+    if (numero == i_DOUBLE_RELLENO)
+        return i_copia(texto, i_TEXTO_DOUBLE_MAXIMO, sizeof i_TEXTO_DOUBLE_MAXIMO - 1);
+    if (std::fabs(numero) < i_TOLERANCIA)
+        return i_copia(texto, "0.0", 3);
+    size_t longitud;
+    if (numero > 2147483647.0 || numero < -2147483648.0) {
+        longitud = copiaforu_nousar_texto_G(numero, i_PRECISION, texto, i_TAM_TEXTO_DOUBLE);
+    } else {
+        const int32_t redondeado = roundtol(numero);
+        if (std::fabs(double(redondeado) - numero) < i_TOLERANCIA) {
+            const std::to_chars_result fin =
+                std::to_chars(texto, texto + i_TAM_TEXTO_DOUBLE, redondeado);
+            longitud = static_cast<size_t>(fin.ptr - texto);
+            return longitud + i_copia(texto + longitud, ".0", 2);
+        }
+        longitud = copiaforu_nousar_texto_G(numero, i_PRECISION, texto, i_TAM_TEXTO_DOUBLE);
+    }
+    if (!i_tiene_punto_o_exponente(texto, longitud))
+        longitud += i_copia(texto + longitud, ".0", 2);
+    return longitud;
+}
