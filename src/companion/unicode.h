@@ -23,8 +23,9 @@ TQBASE_API char *unicode_UNICODE_a_ANSI(const char16_t *texto);
 // the end of what was written.
 TQBASE_API size_t unicode_longitud_UNICODE_a_UTF8(const char16_t *texto);
 TQBASE_API char *unicode_escribe_UNICODE_a_UTF8(const char16_t *texto, char *salida);
-// CIERTO when reading `texto` into UTF-16 and writing it back gives the same bytes: well-formed
-// UTF-8 that encodes no surrogate. `*longitud` receives the text's length in bytes either way.
+// CIERTO for well-formed UTF-8 that encodes no surrogate: text that reads into UTF-16 and
+// writes back to the same bytes, so a writer may copy it as it is. `*longitud` receives the
+// text's length in bytes either way.
 TQBASE_API tqbool unicode_es_UTF8_estable(const char *texto, size_t *longitud);
 
 TQBASE_C_FIN

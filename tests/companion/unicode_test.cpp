@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <cstring>
+
 #include "companion/unicode.h"
 #include "support/recording_handler.h"
 #include "tqbase/cadenas.h"
@@ -162,4 +164,45 @@ TEST(Unicode, NullInputIsReportedAndGivesAnEmptyString) {
         handler.conditions(),
         (std::vector<std::string>{"(texto_utf8) != NULL", "(texto) != NULL", "(texto_ansi) != NULL",
                                   "(texto_utf8) != NULL", "(texto) != NULL"}));
+}
+
+// The writer copies "stable" text as it is, so a stable text must read back to its own bytes;
+// random bytes dense in lead bytes, continuation bytes and encoded surrogates try to break it.
+TEST(Unicode, StableUtf8ReadsBackToItsOwnBytes) {
+    const struct {
+        const char *utf8;
+        tqbool estable;
+    } rows[] = {{"", CIERTO},
+                {"plain ascii, long enough for a word at a time", CIERTO},
+                {"\xC2\x80\xDF\xBF\xE0\xA0\x80\xED\x9F\xBF\xEE\x80\x80\xF0\x90\x80\x80\xF4\x8F\xBF"
+                 "\xBF",
+                 CIERTO},
+                {"\xED\xA0\x80", FALSO},             // a surrogate's generalised form
+                {"\xED\xA0\xBD\xED\xB8\x80", FALSO}, // two that pair up when read
+                {"abcdefgh\xC0\xAF", FALSO},         // overlong, after a whole word
+                {"\xE2\x82", FALSO},                 // cut short
+                {"\xF4\x90\x80\x80", FALSO}};        // above U+10FFFF
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.utf8);
+        size_t longitud = 99;
+        EXPECT_EQ(unicode_es_UTF8_estable(row.utf8, &longitud), row.estable);
+        EXPECT_EQ(longitud, std::strlen(row.utf8));
+    }
+    const unsigned char alphabet[] = {'a',  0x7F, 0x80, 0xA0, 0xBF, 0xC2, 0xDF, 0xE0,
+                                      0xED, 0xEF, 0xF0, 0xF4, 0xF5, 0xC0, 0x8F, 0x9F};
+    uint32_t seed = 12345;
+    int estables = 0;
+    for (int caso = 0; caso < 50000; ++caso) {
+        std::string s;
+        for (int i = int(seed % 9); i > 0; --i) {
+            seed = seed * 1103515245u + 12345u;
+            s += char(alphabet[(seed >> 16) % sizeof alphabet]);
+        }
+        size_t longitud = 0;
+        if (unicode_es_UTF8_estable(s.c_str(), &longitud) == CIERTO) {
+            ++estables;
+            ASSERT_EQ(to_utf8(to_wide(s)), s);
+        }
+    }
+    EXPECT_GT(estables, 1000); // the table reaches well-formed sequences often enough to count
 }

@@ -1,0 +1,54 @@
+// Trees built through the exports in one expression: obj({{u"a", integer(1)}}), arr({...}).
+#pragma once
+
+#include <initializer_list>
+#include <string>
+#include <utility>
+
+#include "companion/wide_strings.h"
+#include "tqjson2.h"
+
+inline tqjson2_nodo_t *integer(int32_t valor) {
+    return tqjson2_crea_nodo_entero(valor);
+}
+inline tqjson2_nodo_t *dbl(double valor) {
+    return tqjson2_crea_nodo_double(valor);
+}
+inline tqjson2_nodo_t *boolean(tqbool valor) {
+    return tqjson2_crea_nodo_booleano(valor);
+}
+inline tqjson2_nodo_t *null_node() {
+    return tqjson2_crea_nodo_null();
+}
+// A string node holding `utf8` as plain (decoded) text, stored byte for byte.
+inline tqjson2_nodo_t *plain(const std::string &utf8) {
+    char *texto = static_cast<char *>(marlspy_nousar_malloc(utf8.size() + 1));
+    utf8.copy(texto, utf8.size());
+    texto[utf8.size()] = '\0';
+    return tqjson2_crea_nodo_texto_utf8(&texto);
+}
+// A string node from wide text, stored in the escaped form.
+inline tqjson2_nodo_t *escaped(const char16_t *texto) {
+    char16_t *copia = widestr_nousar_copia(texto, "test", __LINE__);
+    return tqjson2_crea_nodo_texto_unicode_a_utf8(&copia);
+}
+inline tqjson2_nodo_t *arr(std::initializer_list<tqjson2_nodo_t *> elementos) {
+    tqjson2_nodo_t *array = tqjson2_crea_nodo_array();
+    for (tqjson2_nodo_t *elemento : elementos)
+        tqjson2_append_elemento_a_array(array, &elemento);
+    return array;
+}
+inline tqjson2_nodo_t *
+obj(std::initializer_list<std::pair<const char16_t *, tqjson2_nodo_t *>> miembros) {
+    tqjson2_nodo_t *objeto = tqjson2_crea_nodo_objeto();
+    for (auto miembro : miembros)
+        tqjson2_append_nodo_a_objeto(objeto, miembro.first, &miembro.second);
+    return objeto;
+}
+
+// A text of the tqbase memory component turned into a std::string and freed.
+inline std::string take_text(char *texto) {
+    std::string s(texto);
+    marlstr_destruye(&texto);
+    return s;
+}
