@@ -29,9 +29,9 @@ i_destino_gltf_t i_crea_destino(uint32_t tipo_destino, lc_fichero_t *fichero,
 
 void i_abre_linea(i_destino_gltf_t *destino_gltf, uint32_t profundidad, tqbool indentado) {
     destino_gltf->inicio_linea = destino_gltf->texto.longitud;
-    if (indentado != CIERTO)
-        return;
     const size_t espacios = uint64_t{profundidad} * i_NUM_ESPACIOS_POR_NIVEL;
+    if (indentado != CIERTO || espacios == 0)
+        return;
     std::memset(i_reserva_salida(&destino_gltf->texto, espacios), ' ', espacios);
     destino_gltf->texto.longitud += espacios;
 }

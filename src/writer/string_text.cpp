@@ -12,7 +12,8 @@ void i_copia_con_comillas(i_salida_t *salida, const char *texto, size_t longitud
         const char *comilla =
             static_cast<const char *>(std::memchr(texto, '"', static_cast<size_t>(fin - texto)));
         const char *tramo_fin = comilla ? comilla : fin;
-        i_anade_bytes(salida, texto, static_cast<size_t>(tramo_fin - texto));
+        if (tramo_fin != texto)
+            i_anade_bytes(salida, texto, static_cast<size_t>(tramo_fin - texto));
         if (!comilla)
             break;
         i_anade_bytes(salida, "\\\"", 2);
