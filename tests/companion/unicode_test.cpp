@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "companion/unicode.h"
+#include "support/random_bytes.h"
 #include "support/recording_handler.h"
 #include "tqbase/cadenas.h"
 
@@ -190,14 +191,10 @@ TEST(Unicode, StableUtf8ReadsBackToItsOwnBytes) {
     }
     const unsigned char alphabet[] = {'a',  0x7F, 0x80, 0xA0, 0xBF, 0xC2, 0xDF, 0xE0,
                                       0xED, 0xEF, 0xF0, 0xF4, 0xF5, 0xC0, 0x8F, 0x9F};
-    uint32_t seed = 12345;
+    RandomBytes random(alphabet, 12345);
     int estables = 0;
     for (int caso = 0; caso < 50000; ++caso) {
-        std::string s;
-        for (int i = int(seed % 9); i > 0; --i) {
-            seed = seed * 1103515245u + 12345u;
-            s += char(alphabet[(seed >> 16) % sizeof alphabet]);
-        }
+        const std::string s = random.next(8);
         size_t longitud = 0;
         if (unicode_es_UTF8_estable(s.c_str(), &longitud) == CIERTO) {
             ++estables;

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "support/random_bytes.h"
 #include "support/recording_handler.h"
 #include "writer/writer.h"
 
@@ -55,13 +56,9 @@ TEST(StringText, QuotesGetABackslashAndTextIsWrittenAsItReads) {
 TEST(StringText, TheDirectCopyAgreesWithTheTripThroughUtf16) {
     const unsigned char alphabet[] = {'a',  '"',  '\\', 0x7F, 0x80, 0xA0, 0xBF, 0xC2,
                                       0xDF, 0xE0, 0xED, 0xF0, 0xF4, 0xF5, 0x8F, 0x9F};
-    uint32_t seed = 777;
+    RandomBytes random(alphabet, 777);
     for (int caso = 0; caso < 40000; ++caso) {
-        std::string s;
-        for (int i = int(seed % 11); i > 0; --i) {
-            seed = seed * 1103515245u + 12345u;
-            s += char(alphabet[(seed >> 16) % sizeof alphabet]);
-        }
+        const std::string s = random.next(10);
         ASSERT_EQ(written(s.c_str()), reference(s)) << testing::PrintToString(s);
     }
 }
