@@ -212,6 +212,36 @@ TQJSON2_API tqbool tqjson2_se_extrae_atributo_con_nombre_de_objeto(tqjson2_nodo_
    Not synchronised: callers that push and pop from several threads serialise those calls. */
 TQJSON2_API void tqjson2_apila_desapila_ignorar_assert_se_decodifica(tqbool apila);
 
+/* ---- reading ----
+   JSON text to a tree. The root is the first object or array of the text: what precedes it is
+   skipped and what follows it ignored. Commas between values may be left out. Integers are
+   32-bit (beyond that range: an internal-error report and the nearest bound); numbers with a
+   fraction or an exponent are doubles. Text nested deeper than 1,024 levels is refused. On
+   CIERTO the caller owns the tree in `*nodo`; on FALSO `*nodo` is null. */
+
+/* Reads the file `nombre_fichero` (UTF-8, with or without a byte-order mark, or UTF-16 behind
+   its mark), decoding escape sequences in string values. A missing file gives FALSO and leaves
+   `*nodo` as it was. */
+TQJSON2_API tqbool tqjson2_se_lee_fichero(const char16_t *nombre_fichero, tqjson2_nodo_t **nodo);
+/* As tqjson2_se_lee_fichero, decoding string values only with `decodifica_secuencias_escape`
+   CIERTO, reading through buffered stream reads with `lectura_con_fread` CIERTO. With `error`
+   given, a read of an existing file stores there null on CIERTO, or on FALSO a new record with
+   the line and column (from 1, columns in UTF-16 units) where the read stopped, which the
+   caller frees with tqjson2_error_destruye. */
+TQJSON2_API tqbool tqjson2_se_lee_fichero_ex(const char16_t *nombre_fichero,
+                                             tqbool decodifica_secuencias_escape,
+                                             tqbool lectura_con_fread, tqjson2_nodo_t **nodo,
+                                             tqjson2_error_t **error);
+/* Reads zero-terminated UTF-8 text (a leading byte-order mark is skipped), decoding escape
+   sequences in string values. The text stays the caller's. */
+TQJSON2_API tqbool tqjson2_se_lee_texto_utf8(const char *texto, tqjson2_nodo_t **nodo);
+/* As tqjson2_se_lee_texto_utf8, storing string values as they stand in the text, to be
+   decoded when a getter asks for them. */
+TQJSON2_API tqbool tqjson2_se_lee_texto_utf8_sin_decodificar_secuencias_utf8(const char *texto,
+                                                                             tqjson2_nodo_t **nodo);
+/* Frees an error record and nulls the caller's pointer. */
+TQJSON2_API void tqjson2_error_destruye(tqjson2_error_t **error);
+
 /* ---- writing ----
    A tree is written from its root, which must be an object or an array, as UTF-8 JSON without
    a byte-order mark: indented (four spaces a level, a line feed after every line) or minified

@@ -5,9 +5,11 @@
 
 #include "arrays.h"
 #include "byte_strings.h"
+#include "directory.h"
 #include "files.h"
 #include "formatter.h"
 #include "hex_digits.h"
+#include "lexer.h"
 #include "number_conversion.h"
 #include "stdc_wrapper.h"
 #include "text_output.h"

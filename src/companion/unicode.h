@@ -27,5 +27,19 @@ TQBASE_API char *unicode_escribe_UNICODE_a_UTF8(const char16_t *texto, char *sal
 // writes back to the same bytes, so a writer may copy it as it is. `*longitud` receives the
 // text's length in bytes either way.
 TQBASE_API tqbool unicode_es_UTF8_estable(const char *texto, size_t *longitud);
+// The same for the `longitud` bytes at `texto`, which need no terminator.
+TQBASE_API tqbool unicode_es_UTF8_estable_n(const char *texto, size_t longitud);
+
+// For readers that scan UTF-8 in place. Each reads characters as the conversion to UTF-16
+// does (an ill-formed subpart is one U+FFFD); a bound must fall between characters, where the
+// next byte is ASCII or the terminator.
+// Bytes of the character that begins at `texto` (1 for ASCII, the subpart for ill-formed).
+TQBASE_API size_t unicode_longitud_caracter_UTF8(const char *texto);
+// UTF-16 units of the `longitud` bytes at `texto`.
+TQBASE_API size_t unicode_unidades_UTF8(const char *texto, size_t longitud);
+// The UTF-16 form of the `longitud` bytes at `texto`, written at `salida` (room for one unit
+// per byte) without a terminator; the end of what was written.
+TQBASE_API char16_t *unicode_escribe_UTF8_a_UNICODE(const char *texto, size_t longitud,
+                                                    char16_t *salida);
 
 TQBASE_C_FIN

@@ -241,8 +241,12 @@ tqbool unicode_es_UTF8_estable(const char *texto, size_t *longitud) {
     if (!i_VERIFICA((texto) != NULL) || !i_VERIFICA((longitud) != NULL))
         return FALSO;
     *longitud = std::strlen(texto);
+    return unicode_es_UTF8_estable_n(texto, *longitud);
+}
+
+tqbool unicode_es_UTF8_estable_n(const char *texto, size_t longitud) {
     const auto *p = reinterpret_cast<const unsigned char *>(texto);
-    const unsigned char *const fin = p + *longitud;
+    const unsigned char *const fin = p + longitud;
     while (p != fin) {
         p = i_salta_ascii(p, fin);
         if (p == fin)
@@ -253,4 +257,42 @@ tqbool unicode_es_UTF8_estable(const char *texto, size_t *longitud) {
         p += bytes;
     }
     return CIERTO;
+}
+
+// The bounded readers below rely on the byte at the bound being no continuation byte, so that
+// no sequence runs past it; they stop there even if it were.
+
+size_t unicode_longitud_caracter_UTF8(const char *texto) {
+    const auto *p = reinterpret_cast<const unsigned char *>(texto);
+    if (*p < 0x80)
+        return 1;
+    const unsigned char *inicio = p;
+    i_lee_secuencia(p);
+    return size_t(p - inicio);
+}
+
+size_t unicode_unidades_UTF8(const char *texto, size_t longitud) {
+    const auto *p = reinterpret_cast<const unsigned char *>(texto);
+    const unsigned char *const fin = p + longitud;
+    size_t unidades = 0;
+    while (p < fin) {
+        if (*p < 0x80) {
+            ++p, ++unidades;
+            continue;
+        }
+        unidades += i_lee_secuencia(p) < i_PRIMERO_SUPLEMENTARIO ? 1 : 2;
+    }
+    return unidades;
+}
+
+char16_t *unicode_escribe_UTF8_a_UNICODE(const char *texto, size_t longitud, char16_t *salida) {
+    const auto *p = reinterpret_cast<const unsigned char *>(texto);
+    const unsigned char *const fin = p + longitud;
+    while (p < fin) {
+        if (*p < 0x80)
+            *salida++ = *p++;
+        else
+            salida = i_escribe_utf16(salida, i_lee_secuencia(p));
+    }
+    return salida;
 }

@@ -38,7 +38,7 @@ tqjson2_nodo_t *i_crea_nodo_array_con_valores(arr_puntero_t **valores_array) {
     return i_crea_nodo_sin_valor(TQJSON_TIPO_ARRAY, nullptr, valores_array);
 }
 
-static tqjson2_nodo_t *i_crea_nodo_cadena(char **cadena_utf8, tqbool texto_decodificado) {
+tqjson2_nodo_t *i_crea_nodo_cadena(char **cadena_utf8, tqbool texto_decodificado) {
     return i_crea_nodo(TQJSON_TIPO_CADENA, nullptr, nullptr, cadena_utf8, texto_decodificado,
                        i_ENTERO_RELLENO, i_DOUBLE_RELLENO, FALSO);
 }

@@ -37,6 +37,8 @@ tqjson2_nodo_t *i_crea_nodo(int32_t tipo, arr_puntero_t **atributos_objeto,
                             tqbool booleano);
 tqjson2_nodo_t *i_crea_nodo_objeto_con_atributos(arr_puntero_t **atributos_objeto);
 tqjson2_nodo_t *i_crea_nodo_array_con_valores(arr_puntero_t **valores_array);
+// A string node that takes the UTF-8 text over as it is.
+tqjson2_nodo_t *i_crea_nodo_cadena(char **cadena_utf8, tqbool texto_decodificado);
 // A string node from wide text, escaped when `codifica` is CIERTO; the text is destroyed.
 tqjson2_nodo_t *i_crea_nodo_texto_unicode(tqbool codifica, char16_t **texto_unicode,
                                           tqbool texto_decodificado);

@@ -4,7 +4,11 @@
 
 #include <cstddef>
 
-enum i_palabra_reservada_t { i_PALABRA_TRUE, i_PALABRA_FALSE, i_PALABRA_NULL };
+enum i_palabra_reservada_t {
+    i_PALABRA_RESERVADA_TRUE,
+    i_PALABRA_RESERVADA_FALSE,
+    i_PALABRA_RESERVADA_NULL
+};
 
 struct i_palabra_reservada {
     i_palabra_reservada_t palabra;
@@ -14,7 +18,7 @@ struct i_palabra_reservada {
 };
 
 inline constexpr i_palabra_reservada i_PALABRAS_RESERVADAS[] = {
-    {i_PALABRA_TRUE, u"true", "true", 4},
-    {i_PALABRA_FALSE, u"false", "false", 5},
-    {i_PALABRA_NULL, u"null", "null", 4},
+    {i_PALABRA_RESERVADA_TRUE, u"true", "true", 4},
+    {i_PALABRA_RESERVADA_FALSE, u"false", "false", 5},
+    {i_PALABRA_RESERVADA_NULL, u"null", "null", 4},
 };

@@ -1,0 +1,11 @@
+// tqbase directory component.
+#pragma once
+
+#include "tqbase/tipos.h"
+
+TQBASE_C_INICIO
+
+// CIERTO when `nombre_fichero` (wide, UTF-16) names an existing regular file.
+TQBASE_API tqbool cdir_existe_fichero_UNICODE(const char16_t *nombre_fichero);
+
+TQBASE_C_FIN
