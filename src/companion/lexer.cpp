@@ -50,8 +50,9 @@ anlex *i_crea(i_origen_lexico origen, anlex_palabras_reservadas_t **palabras,
     anlex *lex = new anlex{};
     lex->origen = origen;
     lex->longitud_buffer = 1u << 16;
-    lex->texto = lex->fin = lex->pos = lex->inicio_token = lex->fin_token = lex->inicio_linea = "";
-    lex->linea = 1;
+    lex->texto = lex->fin = lex->pos = lex->inicio_token = lex->fin_token = "";
+    lex->inicio_linea = lex->inicio_linea_token = lex->texto;
+    lex->linea = lex->linea_token = 1;
     if (i_VERIFICA((palabras) != NULL)) {
         lex->palabras = *palabras;
         lex->palabras_propias = toma_palabras == CIERTO;
@@ -73,9 +74,13 @@ uint32_t i_literal(anlex *lex, const char *p) {
     lex->literal_con_barras = false;
     if (!lex->criterio_json) {
         const void *comilla = std::memchr(q, '"', static_cast<size_t>(lex->fin - q));
-        if (!comilla)
-            return i_token(lex, ANLEX_ERROR, lex->fin);
-        return i_token(lex, ANLEX_LITERAL, static_cast<const char *>(comilla) + 1);
+        const char *fin_token = comilla ? static_cast<const char *>(comilla) + 1 : lex->fin;
+        for (const char *c = q; c != fin_token; ++c) // such a literal may span lines
+            if (*c == '\n') {
+                ++lex->linea;
+                lex->inicio_linea = c + 1;
+            }
+        return i_token(lex, comilla ? ANLEX_LITERAL : ANLEX_ERROR, fin_token);
     }
     for (;;) {
         while (!i_es(*q, i_FIN_LITERAL_JSON))
@@ -141,6 +146,8 @@ uint32_t i_siguiente(anlex *lex) {
         }
     }
     lex->inicio_token = p;
+    lex->linea_token = lex->linea;
+    lex->inicio_linea_token = lex->inicio_linea;
     if (p == lex->fin)
         return i_token(lex, ANLEX_FIN, p);
     switch (*p) {
@@ -275,8 +282,9 @@ void anlex_inicia(anlex_t *lex) {
         i_carga_fichero(lex);
         lex->cargado = true;
     }
-    lex->pos = lex->inicio_token = lex->fin_token = lex->inicio_linea = lex->texto;
-    lex->linea = 1;
+    lex->pos = lex->inicio_token = lex->fin_token = lex->texto;
+    lex->inicio_linea = lex->inicio_linea_token = lex->texto;
+    lex->linea = lex->linea_token = 1;
     lex->token = ANLEX_FIN;
 }
 
@@ -363,8 +371,8 @@ void anlex_linea_y_columna_actual(const anlex_t *lex, int32_t *linea, int32_t *c
         !i_VERIFICA((columna) != NULL))
         return;
     const size_t unidades = unicode_unidades_UTF8(
-        lex->inicio_linea, static_cast<size_t>(lex->inicio_token - lex->inicio_linea));
-    *linea = static_cast<int32_t>(lex->linea);
+        lex->inicio_linea_token, static_cast<size_t>(lex->inicio_token - lex->inicio_linea_token));
+    *linea = static_cast<int32_t>(lex->linea_token);
     *columna = static_cast<int32_t>(unidades + 1);
 }
 
