@@ -41,6 +41,20 @@ constexpr std::array<uint8_t, 256> i_crea_clases() {
 }
 constexpr std::array<uint8_t, 256> i_CLASES = i_crea_clases();
 
+// The token of each one-character punctuation mark; 0 for every other byte.
+constexpr std::array<uint8_t, 256> i_crea_puntuacion() {
+    std::array<uint8_t, 256> tokens{};
+    tokens['{'] = ANLEX_LLAVE_ABR;
+    tokens['}'] = ANLEX_LLAVE_CER;
+    tokens['['] = ANLEX_CORCH_ABR;
+    tokens[']'] = ANLEX_CORCH_CER;
+    tokens[','] = ANLEX_COMA;
+    tokens[':'] = ANLEX_DOS_PUNTOS;
+    tokens['-'] = ANLEX_MENOS;
+    return tokens;
+}
+constexpr std::array<uint8_t, 256> i_PUNTUACION = i_crea_puntuacion();
+
 inline bool i_es(char c, i_clase clase) {
     return (i_CLASES[static_cast<unsigned char>(c)] & clase) != 0;
 }
@@ -150,26 +164,10 @@ uint32_t i_siguiente(anlex *lex) {
     lex->inicio_linea_token = lex->inicio_linea;
     if (p == lex->fin)
         return i_token(lex, ANLEX_FIN, p);
-    switch (*p) {
-        case '{':
-            return i_token(lex, ANLEX_LLAVE_ABR, p + 1);
-        case '}':
-            return i_token(lex, ANLEX_LLAVE_CER, p + 1);
-        case '[':
-            return i_token(lex, ANLEX_CORCH_ABR, p + 1);
-        case ']':
-            return i_token(lex, ANLEX_CORCH_CER, p + 1);
-        case ',':
-            return i_token(lex, ANLEX_COMA, p + 1);
-        case ':':
-            return i_token(lex, ANLEX_DOS_PUNTOS, p + 1);
-        case '-':
-            return i_token(lex, ANLEX_MENOS, p + 1);
-        case '"':
-            return i_literal(lex, p);
-        default:
-            break;
-    }
+    if (const uint8_t puntuacion = i_PUNTUACION[static_cast<unsigned char>(*p)])
+        return i_token(lex, puntuacion, p + 1);
+    if (*p == '"')
+        return i_literal(lex, p);
     if (i_es(*p, i_DIGITO))
         return i_numero(lex, p);
     if (i_es(*p, i_INICIO_PALABRA))

@@ -1,0 +1,14 @@
+#!/usr/bin/env bash
+# Builds the benchmarks optimised, without the tests, and runs one of them:
+#   bash bench/run.sh reader   reads each document of bench/data and writes it back
+#   bash bench/run.sh writer   generates text for 1,000 to 1,000,000 records
+# Extra arguments go to the benchmark (for example --benchmark_filter=read/).
+set -euo pipefail
+cd "$(dirname "$0")/.."
+which="${1:?usage: bash bench/run.sh reader|writer [benchmark arguments]}"
+shift
+bash tools/install-deps.sh
+cmake -S . -B build/bench -G Ninja -DCMAKE_BUILD_TYPE=Release -DTQ_TESTS=OFF >/dev/null
+cmake --build build/bench -j2 --target "${which}_bench"
+# libbenchmark 1.7 takes the minimum time as a plain number of seconds.
+"./build/bench/bench/${which}_bench" --benchmark_min_time=0.5 "$@"
