@@ -40,6 +40,12 @@ template <class T> struct i_almacen {
         capacidad = static_cast<uint32_t>(nueva);
     }
 
+    // Room for exactly `num` elements, for an array that is filled once.
+    void reserva_exacta(uint32_t num) {
+        datos = static_cast<T *>(marlspy_nousar_realloc(datos, sizeof(T) * num));
+        capacidad = num;
+    }
+
     // False when the array is already at its largest count.
     bool agrega(T valor) {
         if (num == i_MAX_ELEMENTOS)

@@ -14,4 +14,8 @@ TQBASE_API void *arr_ExtraeUltimoPunteroConTipo(arr_puntero_t *arr);
 // `*num`: lets a reader that visits every element skip a call and an index check per element.
 TQBASE_API void *const *arr_DatosPunteroConTipo(const arr_puntero_t *arr, uint32_t *num);
 
+// A new array holding a copy of the `num` pointers at `elementos`, with room for exactly them:
+// lets a reader that gathers elements elsewhere build each array in one step.
+TQBASE_API arr_puntero_t *arr_CreaPunteroConTipoCon(void *const *elementos, uint32_t num);
+
 TQBASE_C_FIN

@@ -22,6 +22,16 @@ arr_puntero_t *arr_CreaPunteroConTipo(uint32_t num) {
     return i_crea_array<arr_puntero>(num);
 }
 
+arr_puntero_t *arr_CreaPunteroConTipoCon(void *const *elementos, uint32_t num) {
+    arr_puntero_t *arr = i_crea_array<arr_puntero>(0);
+    if (num > 0 && i_VERIFICA((elementos) != NULL)) {
+        arr->a.reserva_exacta(num);
+        std::memcpy(static_cast<void *>(arr->a.datos), elementos, sizeof(void *) * num);
+        arr->a.num = num;
+    }
+    return arr;
+}
+
 uint32_t arr_NumElemsPuntero(const arr_puntero_t *arr) {
     return i_array_valido(arr) ? arr->a.num : 0;
 }

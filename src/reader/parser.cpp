@@ -11,20 +11,27 @@
 
 namespace {
 
-// An object or array whose opening token has been read.
+// An object or array whose opening token has been read. Its members or nodes wait, in text
+// order, at the top of the read's one stack of children, from `primer_hijo` on; the finished
+// node takes them over in an array of exact size.
 struct i_contenedor_leido {
     bool es_objeto;
-    arr_puntero_t *hijos; // members or nodes, in text order
-    tqbool coma;          // a comma came last
-    char16_t *nombre;     // objects: the name of the member whose value is being read
+    size_t primer_hijo;
+    tqbool coma;      // a comma came last
+    char16_t *nombre; // objects: the name of the member whose value is being read
 };
 
 struct i_lectura {
     anlex_t *lex;
     tqbool decodifica;
     std::vector<i_contenedor_leido> pila;
+    std::vector<void *> hijos;
     bool demasiado_profundo;
 };
+
+size_t i_num_hijos(const i_lectura &lectura, const i_contenedor_leido &contenedor) {
+    return lectura.hijos.size() - contenedor.primer_hijo;
+}
 
 // How a value began: made whole, opened as a container, or failed at the current token.
 enum class i_valor { leido, abierto, fallido };
@@ -32,14 +39,28 @@ enum class i_valor { leido, abierto, fallido };
 enum class i_paso { sigue, termina_bien, termina_mal };
 
 void i_abre(i_lectura &lectura, bool es_objeto) {
-    lectura.pila.push_back({es_objeto, arr_CreaPunteroConTipo(0), FALSO, nullptr});
+    lectura.pila.push_back({es_objeto, lectura.hijos.size(), FALSO, nullptr});
 }
 
-void i_descarta(i_contenedor_leido &contenedor) {
-    arr_DestruyeEstructurasConTipo(&contenedor.hijos, contenedor.es_objeto
-                                                          ? i_destruye_atributo_elemento
-                                                          : i_destruye_nodo_elemento);
+// Destroys what a failed container gathered.
+void i_descarta(i_lectura &lectura, i_contenedor_leido &contenedor) {
+    for (size_t i = contenedor.primer_hijo; i < lectura.hijos.size(); ++i) {
+        if (contenedor.es_objeto)
+            i_destruye_atributo_elemento(&lectura.hijos[i]);
+        else
+            i_destruye_nodo_elemento(&lectura.hijos[i]);
+    }
+    lectura.hijos.resize(contenedor.primer_hijo);
     widestr_nousar_destruye_opcional(&contenedor.nombre, i_MODULO, __LINE__);
+}
+
+tqjson2_nodo_t *i_crea_contenedor(i_lectura &lectura, const i_contenedor_leido &contenedor) {
+    const auto num = static_cast<uint32_t>(i_num_hijos(lectura, contenedor));
+    arr_puntero_t *hijos =
+        arr_CreaPunteroConTipoCon(lectura.hijos.data() + contenedor.primer_hijo, num);
+    lectura.hijos.resize(contenedor.primer_hijo);
+    return contenedor.es_objeto ? i_crea_nodo_objeto_con_atributos(&hijos)
+                                : i_crea_nodo_array_con_valores(&hijos);
 }
 
 // The member name: the literal as the lexer gives it, never decoded.
@@ -142,7 +163,7 @@ i_paso i_juzga_array(i_lectura &lectura) {
         case ANLEX_CORCH_CER:
             return array.coma == CIERTO ? i_paso::termina_mal : i_paso::termina_bien;
         case ANLEX_COMA:
-            if (array.coma == CIERTO || arr_NumElemsPuntero(array.hijos) == 0)
+            if (array.coma == CIERTO || i_num_hijos(lectura, array) == 0)
                 return i_paso::termina_mal;
             array.coma = CIERTO;
             return i_paso::sigue;
@@ -159,7 +180,7 @@ i_paso i_recibe(i_lectura &lectura, i_valor valor, tqjson2_nodo_t *nodo) {
     if (!contenedor.es_objeto) {
         if (valor == i_valor::fallido)
             return i_juzga_array(lectura);
-        arr_AppendPunteroConTipo(contenedor.hijos, nodo);
+        lectura.hijos.push_back(nodo);
         contenedor.coma = FALSO;
         return i_paso::sigue;
     }
@@ -167,8 +188,7 @@ i_paso i_recibe(i_lectura &lectura, i_valor valor, tqjson2_nodo_t *nodo) {
         widestr_nousar_destruye(&contenedor.nombre, i_MODULO, __LINE__);
         return i_paso::termina_mal;
     }
-    arr_AppendPunteroConTipo(contenedor.hijos,
-                             i_crea_atributo_propietario(&contenedor.nombre, &nodo));
+    lectura.hijos.push_back(i_crea_atributo_propietario(&contenedor.nombre, &nodo));
     contenedor.coma = FALSO;
     return i_paso::sigue;
 }
@@ -177,7 +197,7 @@ i_paso i_paso_objeto(i_lectura &lectura) {
     i_contenedor_leido &objeto = lectura.pila.back();
     switch (anlex_lee_token(lectura.lex)) {
         case ANLEX_COMA:
-            if (objeto.coma == CIERTO || arr_NumElemsPuntero(objeto.hijos) == 0)
+            if (objeto.coma == CIERTO || i_num_hijos(lectura, objeto) == 0)
                 return i_paso::termina_mal;
             objeto.coma = CIERTO;
             return i_paso::sigue;
@@ -210,8 +230,10 @@ tqbool i_lee_contenedores(i_lectura &lectura, tqjson2_nodo_t **nodo) {
         i_paso paso =
             lectura.pila.back().es_objeto ? i_paso_objeto(lectura) : i_paso_array(lectura);
         if (lectura.demasiado_profundo) {
-            for (i_contenedor_leido &contenedor : lectura.pila)
-                i_descarta(contenedor);
+            while (!lectura.pila.empty()) { // innermost first: each owns the top children
+                i_descarta(lectura, lectura.pila.back());
+                lectura.pila.pop_back();
+            }
             return FALSO;
         }
         while (paso != i_paso::sigue) {
@@ -219,11 +241,9 @@ tqbool i_lee_contenedores(i_lectura &lectura, tqjson2_nodo_t **nodo) {
             lectura.pila.pop_back();
             tqjson2_nodo_t *hecho = nullptr;
             if (paso == i_paso::termina_mal)
-                i_descarta(terminado);
-            else if (terminado.es_objeto)
-                hecho = i_crea_nodo_objeto_con_atributos(&terminado.hijos);
+                i_descarta(lectura, terminado);
             else
-                hecho = i_crea_nodo_array_con_valores(&terminado.hijos);
+                hecho = i_crea_contenedor(lectura, terminado);
             if (lectura.pila.empty()) {
                 *nodo = hecho;
                 return paso == i_paso::termina_bien ? CIERTO : FALSO;
@@ -260,6 +280,6 @@ tqbool i_lee_json(anlex_t *lex, tqbool decodifica_secuencias_escape, tqjson2_nod
     anlex_set_longitud_buffer_lectura(lex, i_LONGITUD_BUFFER_LECTURA);
     anlex_set_atributo_aplicar_criterio_json_para_analisis_literales(lex);
     anlex_inicia(lex);
-    i_lectura lectura = {lex, decodifica_secuencias_escape, {}, false};
+    i_lectura lectura = {lex, decodifica_secuencias_escape, {}, {}, false};
     return i_lee_nodo_raiz(lectura, nodo);
 }

@@ -1,5 +1,7 @@
 // Destroying nodes and members. Destruction runs on a work stack instead of the C stack, so a
 // tree of any depth is destroyed in constant stack space.
+#include <vector>
+
 #include "tree/nodes.h"
 
 // Frees the member's name and record and hands back the value it owned (null for a borrowed
@@ -21,24 +23,27 @@ void i_destruye_atributo(tqjson2_atributo_t **atributo) {
 
 // Moves the nodes that `nodo` owns onto `pendientes`, frees everything else it holds and the
 // record itself.
-static void i_desmonta_nodo(tqjson2_nodo_t *nodo, arr_puntero_t *pendientes) {
+static void i_desmonta_nodo(tqjson2_nodo_t *nodo, std::vector<tqjson2_nodo_t *> &pendientes) {
     switch (nodo->tipo) {
         case TQJSON_TIPO_OBJETO:
-            if (arr_puntero_t *atributos = nodo->atributos_objeto) {
-                for (uint32_t i = 0, n = arr_NumElemsPuntero(atributos); i < n; ++i) {
-                    auto *atributo =
-                        static_cast<tqjson2_atributo_t *>(arr_GetPunteroConTipo(atributos, i));
+            if (nodo->atributos_objeto) {
+                uint32_t num = 0;
+                void *const *atributos = arr_DatosPunteroConTipo(nodo->atributos_objeto, &num);
+                for (uint32_t i = 0; i < num; ++i) {
+                    auto *atributo = static_cast<tqjson2_atributo_t *>(atributos[i]);
                     if (tqjson2_nodo_t *valor = atributo ? i_desmonta_atributo(&atributo) : nullptr)
-                        arr_AppendPunteroConTipo(pendientes, valor);
+                        pendientes.push_back(valor);
                 }
                 arr_DestruyeEstructurasConTipo(&nodo->atributos_objeto, nullptr);
             }
             break;
         case TQJSON_TIPO_ARRAY:
-            if (arr_puntero_t *valores = nodo->valores_array) {
-                for (uint32_t i = 0, n = arr_NumElemsPuntero(valores); i < n; ++i)
-                    if (void *elemento = arr_GetPunteroConTipo(valores, i))
-                        arr_AppendPunteroConTipo(pendientes, elemento);
+            if (nodo->valores_array) {
+                uint32_t num = 0;
+                void *const *valores = arr_DatosPunteroConTipo(nodo->valores_array, &num);
+                for (uint32_t i = 0; i < num; ++i)
+                    if (valores[i])
+                        pendientes.push_back(static_cast<tqjson2_nodo_t *>(valores[i]));
                 arr_DestruyeEstructurasConTipo(&nodo->valores_array, nullptr);
             }
             break;
@@ -60,15 +65,12 @@ static void i_desmonta_nodo(tqjson2_nodo_t *nodo, arr_puntero_t *pendientes) {
 void tqjson2_destruye_nodo(tqjson2_nodo_t **nodo) {
     if (!i_VERIFICA((nodo) != NULL) || !i_VERIFICA((*nodo) != NULL))
         return;
-    tqjson2_nodo_t *raiz = i_toma(nodo);
-    if (raiz->tipo != TQJSON_TIPO_OBJETO && raiz->tipo != TQJSON_TIPO_ARRAY) {
-        i_desmonta_nodo(raiz, nullptr); // owns no nodes: no work stack needed
-        return;
+    std::vector<tqjson2_nodo_t *> pendientes{i_toma(nodo)};
+    while (!pendientes.empty()) {
+        tqjson2_nodo_t *siguiente = pendientes.back();
+        pendientes.pop_back();
+        i_desmonta_nodo(siguiente, pendientes);
     }
-    arr_puntero_t *pendientes = arr_CreaPunteroConTipo(0);
-    for (void *siguiente = raiz; siguiente; siguiente = arr_ExtraeUltimoPunteroConTipo(pendientes))
-        i_desmonta_nodo(static_cast<tqjson2_nodo_t *>(siguiente), pendientes);
-    arr_DestruyeEstructurasConTipo(&pendientes, nullptr);
 }
 
 void i_destruye_nodo_elemento(void *nodo) {
