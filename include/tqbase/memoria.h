@@ -31,6 +31,13 @@ TQBASE_API void *marlspy_nousar_asigna_doble_puntero(void *puntero);
    report. */
 TQBASE_API void *marlspy_nousar_asigna_doble_puntero_no_null(void *puntero);
 
+/* For measurements: the calling thread's use of the pool that serves blocks of up to 64 bytes
+   (which the system allocator never sees): bytes of the blocks it has taken less those it has
+   given back (0 if it gave back more, freeing other threads' blocks), and the highest that
+   figure reached since the last reset. */
+TQBASE_API void marlspy_nousar_uso_bloques_pequenos(size_t *en_uso, size_t *pico);
+TQBASE_API void marlspy_nousar_reinicia_pico_bloques_pequenos(void);
+
 TQBASE_C_FIN
 
 #endif

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "small_blocks.h"
 #include "verifica.h"
 
 static const char *const i_MODULO = "tqbase: marlspy";
@@ -16,6 +17,9 @@ static const char *const i_MODULO = "tqbase: marlspy";
 }
 
 void *marlspy_nousar_malloc(size_t tam) {
+    if (tam <= i_MAX_BLOQUE_PEQUENO)
+        if (void *pequeno = i_toma_bloque_pequeno(tam))
+            return pequeno;
     void *bloque = std::malloc(tam ? tam : 1);
     if (!bloque)
         i_sin_memoria(tam);
@@ -27,6 +31,17 @@ void *marlspy_nousar_calloc(size_t num, size_t tam) {
 }
 
 void *marlspy_nousar_realloc(void *bloque, size_t tam) {
+    if (!bloque)
+        return marlspy_nousar_malloc(tam);
+    if (i_es_bloque_pequeno(bloque)) {
+        const size_t tam_actual = i_tam_bloque_pequeno(bloque);
+        if (tam <= tam_actual && tam > tam_actual - 16)
+            return bloque;
+        void *movido = marlspy_nousar_malloc(tam);
+        std::memcpy(movido, bloque, tam < tam_actual ? tam : tam_actual);
+        i_devuelve_bloque_pequeno(bloque);
+        return movido;
+    }
     void *nuevo = std::realloc(bloque, tam ? tam : 1);
     if (!nuevo)
         i_sin_memoria(tam);
@@ -49,7 +64,11 @@ static void i_anula_puntero(void *direccion) {
 void marlspy_nousar_free_pp(void *puntero, size_t) {
     if (!i_VERIFICA((puntero) != NULL))
         return;
-    std::free(i_lee_puntero(puntero));
+    void *bloque = i_lee_puntero(puntero);
+    if (i_es_bloque_pequeno(bloque))
+        i_devuelve_bloque_pequeno(bloque);
+    else
+        std::free(bloque);
     i_anula_puntero(puntero);
 }
 

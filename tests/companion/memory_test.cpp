@@ -1,5 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstring>
+#include <thread>
+#include <vector>
+
 #include "companion/traspaso.h"
 #include "support/recording_handler.h"
 #include "tqbase/memoria.h"
@@ -47,4 +52,45 @@ TEST(Memory, BlocksAreUsableResizableAndFreedWithTheirPointerNulled) {
     registro->a = 1.5;
     i_libera(&registro);
     EXPECT_EQ(registro, nullptr);
+}
+
+// Small blocks of every size, interleaved with large ones, keep their bytes through resizes in
+// both directions and across the pool's boundary, whoever frees them; the pool's use comes
+// back to where it was. (Sanitized builds take every block from the system.)
+TEST(Memory, SmallAndLargeBlocksKeepTheirContentThroughResizes) {
+    size_t antes = 0, pico = 0;
+    marlspy_nousar_uso_bloques_pequenos(&antes, nullptr);
+    std::vector<unsigned char *> bloques;
+    for (size_t vuelta = 0; vuelta < 3000; ++vuelta) { // far past one chunk of every class
+        const size_t tam = 1 + vuelta % 80;
+        auto *bloque = static_cast<unsigned char *>(marlspy_nousar_malloc(tam));
+        std::memset(bloque, int(vuelta & 0xFF), tam);
+        bloques.push_back(bloque);
+    }
+    for (size_t i = 0; i < bloques.size(); ++i) {
+        const size_t tam = 1 + i % 80, nuevo = 1 + (i * 7) % 200;
+        bloques[i] = static_cast<unsigned char *>(marlspy_nousar_realloc(bloques[i], nuevo));
+        for (size_t j = 0; j < std::min(tam, nuevo); ++j)
+            ASSERT_EQ(bloques[i][j], i & 0xFF) << i << " " << j;
+    }
+    marlspy_nousar_uso_bloques_pequenos(nullptr, &pico);
+    for (size_t i = 1; i < bloques.size(); i += 2)
+        marlspy_nousar_free_pp(&bloques[i], 1);
+    std::thread otro([&] { // a block freed by another thread joins that thread's pool
+        for (size_t i = 0; i < bloques.size(); i += 2)
+            marlspy_nousar_free_pp(&bloques[i], 1);
+        void *reusado = marlspy_nousar_malloc(16);
+        marlspy_nousar_free_pp(&reusado, 1);
+    });
+    otro.join();
+    EXPECT_GE(pico, antes);
+    // What one thread takes and gives back leaves its count where it was.
+    marlspy_nousar_uso_bloques_pequenos(&antes, nullptr);
+    for (auto &bloque : bloques)
+        bloque = static_cast<unsigned char *>(marlspy_nousar_malloc(24));
+    for (auto &bloque : bloques)
+        marlspy_nousar_free_pp(&bloque, 1);
+    size_t despues = 0;
+    marlspy_nousar_uso_bloques_pequenos(&despues, nullptr);
+    EXPECT_EQ(despues, antes);
 }

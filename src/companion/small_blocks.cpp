@@ -1,0 +1,141 @@
+// tqbase memory component: the pool of small blocks (see small_blocks.h).
+#include "small_blocks.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cstdint>
+
+#include "tqbase/memoria.h"
+
+#if defined(_WIN32)
+#include <windows.h>
+#else
+#include <sys/mman.h>
+#endif
+
+namespace {
+
+constexpr size_t i_NUM_CLASES = i_MAX_BLOQUE_PEQUENO / 16;
+constexpr size_t i_BITS_TROZO = 16; // chunks of 64 KiB
+constexpr size_t i_TAM_TROZO = size_t{1} << i_BITS_TROZO;
+// Address space reserved once; pages are committed by the system as they are first touched.
+constexpr size_t i_TAM_REGION = size_t{1} << 36;
+constexpr size_t i_NUM_TROZOS = i_TAM_REGION / i_TAM_TROZO;
+
+struct i_region {
+    char *base = nullptr;
+    std::atomic<size_t> siguiente_trozo{0};
+    // The size class of each chunk handed out, plus one (0: not yet handed out).
+    std::atomic<uint8_t> clase_trozo[i_NUM_TROZOS] = {};
+
+    i_region() {
+#if defined(TQ_SIN_BLOQUES_PEQUENOS)
+        // Sanitized builds take every block from the system, where the sanitizers watch it.
+#elif defined(_WIN32)
+        base = static_cast<char *>(VirtualAlloc(nullptr, i_TAM_REGION, MEM_RESERVE, PAGE_NOACCESS));
+#else
+        void *reservada = mmap(nullptr, i_TAM_REGION, PROT_READ | PROT_WRITE,
+                               MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+        base = reservada == MAP_FAILED ? nullptr : static_cast<char *>(reservada);
+#endif
+    }
+};
+
+i_region &i_la_region() {
+    static i_region region;
+    return region;
+}
+
+// Each thread carves its own chunks and keeps its own free lists; a block freed by another
+// thread simply joins that thread's list.
+struct i_pool_hilo {
+    void *libres[i_NUM_CLASES] = {};
+    char *libre_trozo[i_NUM_CLASES] = {};
+    char *fin_trozo[i_NUM_CLASES] = {};
+    // Net of what this thread took and gave back: a thread that frees others' blocks can go
+    // below zero.
+    std::ptrdiff_t en_uso = 0;
+    std::ptrdiff_t pico = 0;
+};
+thread_local i_pool_hilo t_pool;
+
+size_t i_tam_clase(size_t clase) {
+    return (clase + 1) * 16;
+}
+
+bool i_nuevo_trozo(i_region &region, size_t clase) {
+    const size_t indice = region.siguiente_trozo.fetch_add(1, std::memory_order_relaxed);
+    if (indice >= i_NUM_TROZOS)
+        return false;
+    char *trozo = region.base + indice * i_TAM_TROZO;
+#if defined(_WIN32)
+    if (!VirtualAlloc(trozo, i_TAM_TROZO, MEM_COMMIT, PAGE_READWRITE))
+        return false;
+#endif
+    region.clase_trozo[indice].store(static_cast<uint8_t>(clase + 1), std::memory_order_release);
+    t_pool.libre_trozo[clase] = trozo;
+    t_pool.fin_trozo[clase] = trozo + i_TAM_TROZO;
+    return true;
+}
+
+void i_cuenta(std::ptrdiff_t bytes) {
+    t_pool.en_uso += bytes;
+    if (t_pool.en_uso > t_pool.pico)
+        t_pool.pico = t_pool.en_uso;
+}
+
+} // namespace
+
+void *i_toma_bloque_pequeno(size_t tam) {
+    i_region &region = i_la_region();
+    if (!region.base)
+        return nullptr;
+    const size_t clase = tam == 0 ? 0 : (tam - 1) / 16;
+    const size_t tam_clase = i_tam_clase(clase);
+    if (void *libre = t_pool.libres[clase]) {
+        t_pool.libres[clase] = *static_cast<void **>(libre);
+        i_cuenta(static_cast<std::ptrdiff_t>(tam_clase));
+        return libre;
+    }
+    // A chunk need not hold a whole number of blocks (48 does not divide 64 KiB).
+    const bool sin_sitio =
+        static_cast<size_t>(t_pool.fin_trozo[clase] - t_pool.libre_trozo[clase]) < tam_clase;
+    if (sin_sitio && !i_nuevo_trozo(region, clase))
+        return nullptr;
+    void *bloque = t_pool.libre_trozo[clase];
+    t_pool.libre_trozo[clase] += tam_clase;
+    i_cuenta(static_cast<std::ptrdiff_t>(tam_clase));
+    return bloque;
+}
+
+bool i_es_bloque_pequeno(const void *bloque) {
+    const i_region &region = i_la_region();
+    const char *p = static_cast<const char *>(bloque);
+    return region.base && p >= region.base && p < region.base + i_TAM_REGION;
+}
+
+size_t i_tam_bloque_pequeno(const void *bloque) {
+    const i_region &region = i_la_region();
+    const size_t indice =
+        static_cast<size_t>(static_cast<const char *>(bloque) - region.base) >> i_BITS_TROZO;
+    return i_tam_clase(region.clase_trozo[indice].load(std::memory_order_acquire) - 1u);
+}
+
+void i_devuelve_bloque_pequeno(void *bloque) {
+    const size_t tam_clase = i_tam_bloque_pequeno(bloque);
+    const size_t clase = tam_clase / 16 - 1;
+    *static_cast<void **>(bloque) = t_pool.libres[clase];
+    t_pool.libres[clase] = bloque;
+    i_cuenta(-static_cast<std::ptrdiff_t>(tam_clase));
+}
+
+void marlspy_nousar_uso_bloques_pequenos(size_t *en_uso, size_t *pico) {
+    if (en_uso)
+        *en_uso = static_cast<size_t>(std::max<std::ptrdiff_t>(t_pool.en_uso, 0));
+    if (pico)
+        *pico = static_cast<size_t>(std::max<std::ptrdiff_t>(t_pool.pico, 0));
+}
+
+void marlspy_nousar_reinicia_pico_bloques_pequenos(void) {
+    t_pool.pico = t_pool.en_uso;
+}
