@@ -2,6 +2,7 @@
 // code base writes are taken; numbers go through std::to_chars, so the output never depends on
 // the process locale. The text is built in a stack buffer and the result allocated once.
 #include "formatter.h"
+#include "shortest_general.h"
 
 #include <charconv>
 #include <cstdarg>
@@ -219,6 +220,8 @@ char16_t *copiaforu_nousar_formatea(const char16_t *formato, ...) {
 size_t copiaforu_nousar_texto_G(double valor, int precision, char *texto, size_t tam) {
     if (precision < 0)
         precision = i_PRECISION_POR_DEFECTO;
+    if (const size_t rapido = i_texto_G_desde_el_mas_corto(valor, precision, texto, tam))
+        return rapido;
     const std::to_chars_result fin =
         std::to_chars(texto, texto + tam, valor, std::chars_format::general, precision);
     if (!i_VERIFICA(fin.ec == std::errc{}))

@@ -3,6 +3,8 @@
 #include <cfloat>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
 #include <limits>
 #include <string>
 
@@ -40,6 +42,34 @@ TEST(Formatter, DoublesAreWrittenAsPrintfG) {
             SCOPED_TRACE(testing::Message() << valor << " at precision " << precision);
             EXPECT_EQ(take(copiaforu_nousar_formatea(u"%.*G", precision, valor)),
                       printf_g(precision, valor));
+        }
+    }
+}
+
+// The shortest-digits path must agree with printf everywhere it answers, ties included (2.5 at
+// one digit, 0.125 at two), over random bit patterns and short decimals of every magnitude.
+TEST(Formatter, GeneralFormatAgreesWithPrintfOverRandomDoubles) {
+    uint64_t estado = 88172645463325252u;
+    const auto siguiente = [&] { // xorshift64
+        estado ^= estado << 13, estado ^= estado >> 7, estado ^= estado << 17;
+        return estado;
+    };
+    char texto[64];
+    for (int caso = 0; caso < 60000; ++caso) {
+        double valor;
+        const uint64_t bits = siguiente();
+        if (caso % 2) {
+            std::memcpy(&valor, &bits, sizeof valor);
+        } else {
+            std::snprintf(texto, sizeof texto, "%llue%d", (unsigned long long)(bits % 100000),
+                          int(bits >> 40) % 40 - 22);
+            valor = std::strtod(texto, nullptr) / (caso % 4 ? 1 : 8);
+        }
+        for (int precision : {1, 2, 7, 15}) {
+            const size_t longitud = copiaforu_nousar_texto_G(valor, precision, texto, sizeof texto);
+            char esperado[64];
+            std::snprintf(esperado, sizeof esperado, "%.*G", precision, valor);
+            ASSERT_EQ(std::string(texto, longitud), esperado) << valor << " at " << precision;
         }
     }
 }

@@ -1,0 +1,119 @@
+// "%.*G" from the shortest digits. For a normal double and a precision of at most 15 digits,
+// the decimal grid of the precision is coarser than the double's spacing, so the shortest
+// digits S that read back as the value v round to the same digits as v itself: if S has no
+// more digits than the precision, S is on the grid and v is within half a step of it; if it
+// has more, no midpoint of the grid lies between S and v (it would be a shorter text that reads
+// back as v), so only S standing exactly on a midpoint leaves the rounding open. Shortest
+// digits come much faster than exactly rounded ones.
+#include "shortest_general.h"
+
+#include <cfloat>
+#include <charconv>
+#include <cmath>
+#include <cstring>
+
+namespace {
+
+constexpr int i_PRECISION_MAXIMA = 15;
+
+// Digits and decimal exponent: the value is 0.d1d2d3... x 10^(exponente + 1).
+struct i_digitos {
+    char d[24];
+    int num;
+    int exponente;
+};
+
+bool i_lee_cientifico(const char *p, const char *fin, i_digitos &digitos) {
+    digitos.num = 0;
+    for (; p != fin && *p != 'e'; ++p)
+        if (*p != '.')
+            digitos.d[digitos.num++] = *p;
+    if (p == fin)
+        return false;
+    const std::from_chars_result leido =
+        std::from_chars(p + 1 + (p[1] == '+'), fin, digitos.exponente);
+    return leido.ec == std::errc{};
+}
+
+// Rounds to `precision` digits, half away from zero; false on an exact tie.
+bool i_redondea(i_digitos &digitos, int precision) {
+    if (digitos.num <= precision)
+        return true;
+    const char primero = digitos.d[precision];
+    bool resto = false;
+    for (int i = precision + 1; i < digitos.num; ++i)
+        resto = resto || digitos.d[i] != '0';
+    if (primero == '5' && !resto)
+        return false;
+    digitos.num = precision;
+    if (primero < '5')
+        return true;
+    int i = precision - 1;
+    while (i >= 0 && digitos.d[i] == '9')
+        digitos.d[i--] = '0';
+    if (i >= 0) {
+        ++digitos.d[i];
+    } else { // 99...9 became 100...0
+        digitos.d[0] = '1';
+        ++digitos.exponente;
+    }
+    return true;
+}
+
+size_t i_formatea(const i_digitos &digitos, int precision, bool negativo, char *texto) {
+    int num = digitos.num;
+    while (num > 1 && digitos.d[num - 1] == '0')
+        --num;
+    char *p = texto;
+    if (negativo)
+        *p++ = '-';
+    const int x = digitos.exponente;
+    if (x < -4 || x >= precision) {
+        *p++ = digitos.d[0];
+        if (num > 1) {
+            *p++ = '.';
+            std::memcpy(p, digitos.d + 1, static_cast<size_t>(num - 1));
+            p += num - 1;
+        }
+        *p++ = 'E';
+        *p++ = x < 0 ? '-' : '+';
+        const int magnitud = x < 0 ? -x : x;
+        if (magnitud < 10)
+            *p++ = '0';
+        p = std::to_chars(p, p + 4, magnitud).ptr;
+    } else if (x >= 0) {
+        for (int i = 0; i <= x; ++i)
+            *p++ = i < num ? digitos.d[i] : '0';
+        if (num > x + 1) {
+            *p++ = '.';
+            std::memcpy(p, digitos.d + x + 1, static_cast<size_t>(num - x - 1));
+            p += num - x - 1;
+        }
+    } else {
+        *p++ = '0';
+        *p++ = '.';
+        for (int i = 0; i < -x - 1; ++i)
+            *p++ = '0';
+        std::memcpy(p, digitos.d, static_cast<size_t>(num));
+        p += num;
+    }
+    return static_cast<size_t>(p - texto);
+}
+
+} // namespace
+
+size_t i_texto_G_desde_el_mas_corto(double valor, int precision, char *texto, size_t tam) {
+    if (precision > i_PRECISION_MAXIMA || tam < 32 || !std::isnormal(valor))
+        return 0;
+    if (precision == 0) // as printf: a precision of 0 means 1
+        precision = 1;
+    const double magnitud = std::fabs(valor);
+    char cientifico[32];
+    const std::to_chars_result fin = std::to_chars(cientifico, cientifico + sizeof cientifico,
+                                                   magnitud, std::chars_format::scientific);
+    i_digitos digitos;
+    if (fin.ec != std::errc{} || !i_lee_cientifico(cientifico, fin.ptr, digitos) ||
+        !i_redondea(digitos, precision))
+        return 0;
+    return i_formatea(digitos, precision, valor < 0, texto);
+}
