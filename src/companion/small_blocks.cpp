@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cstdint>
+#include <cstdlib>
 
 #include "tqbase/memoria.h"
 
@@ -46,10 +47,17 @@ i_region &i_la_region() {
     return region;
 }
 
-// Each thread carves its own chunks and keeps its own free lists; a block freed by another
-// thread simply joins that thread's list.
+// Each thread carves its own chunks and keeps its own free blocks; a block freed by another
+// thread simply joins that thread's. Free blocks are kept on a stack of addresses, not linked
+// through themselves, so that neither freeing nor reusing a block has to read its cold memory.
+struct i_libres {
+    void **bloques = nullptr;
+    size_t num = 0;
+    size_t capacidad = 0;
+};
+
 struct i_pool_hilo {
-    void *libres[i_NUM_CLASES] = {};
+    i_libres libres[i_NUM_CLASES];
     char *libre_trozo[i_NUM_CLASES] = {};
     char *fin_trozo[i_NUM_CLASES] = {};
     // Net of what this thread took and gave back: a thread that frees others' blocks can go
@@ -57,7 +65,13 @@ struct i_pool_hilo {
     std::ptrdiff_t en_uso = 0;
     std::ptrdiff_t pico = 0;
 };
-thread_local i_pool_hilo t_pool;
+// Initial-exec: the pool is reached on every allocation, without a call to find it.
+#if defined(__GNUC__)
+#define i_TLS_DIRECTO __attribute__((tls_model("initial-exec")))
+#else
+#define i_TLS_DIRECTO
+#endif
+thread_local i_pool_hilo t_pool i_TLS_DIRECTO;
 
 size_t i_tam_clase(size_t clase) {
     return (clase + 1) * 16;
@@ -92,10 +106,10 @@ void *i_toma_bloque_pequeno(size_t tam) {
         return nullptr;
     const size_t clase = tam == 0 ? 0 : (tam - 1) / 16;
     const size_t tam_clase = i_tam_clase(clase);
-    if (void *libre = t_pool.libres[clase]) {
-        t_pool.libres[clase] = *static_cast<void **>(libre);
+    i_libres &libres = t_pool.libres[clase];
+    if (libres.num > 0) {
         i_cuenta(static_cast<std::ptrdiff_t>(tam_clase));
-        return libre;
+        return libres.bloques[--libres.num];
     }
     // A chunk need not hold a whole number of blocks (48 does not divide 64 KiB).
     const bool sin_sitio =
@@ -123,9 +137,18 @@ size_t i_tam_bloque_pequeno(const void *bloque) {
 
 void i_devuelve_bloque_pequeno(void *bloque) {
     const size_t tam_clase = i_tam_bloque_pequeno(bloque);
-    const size_t clase = tam_clase / 16 - 1;
-    *static_cast<void **>(bloque) = t_pool.libres[clase];
-    t_pool.libres[clase] = bloque;
+    i_libres &libres = t_pool.libres[tam_clase / 16 - 1];
+    if (libres.num == libres.capacidad) {
+        const size_t capacidad = libres.capacidad ? 2 * libres.capacidad : 1024;
+        void *ampliada = std::realloc(libres.bloques, capacidad * sizeof(void *));
+        if (!ampliada) { // the block stays out of use rather than fail the caller
+            i_cuenta(-static_cast<std::ptrdiff_t>(tam_clase));
+            return;
+        }
+        libres.bloques = static_cast<void **>(ampliada);
+        libres.capacidad = capacidad;
+    }
+    libres.bloques[libres.num++] = bloque;
     i_cuenta(-static_cast<std::ptrdiff_t>(tam_clase));
 }
 
