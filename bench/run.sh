@@ -2,13 +2,16 @@
 # Builds the benchmarks optimised, without the tests, and runs one of them:
 #   bash bench/run.sh reader   reads each document of bench/data and writes it back
 #   bash bench/run.sh writer   generates text for 1,000 to 1,000,000 records
+#   bash bench/run.sh peers    tqjson2 side by side with peer JSON libraries, one table a document
 # Extra arguments go to the benchmark (for example --benchmark_filter=read/).
 set -euo pipefail
 cd "$(dirname "$0")/.."
-which="${1:?usage: bash bench/run.sh reader|writer [benchmark arguments]}"
+which="${1:?usage: bash bench/run.sh reader|writer|peers [benchmark arguments]}"
 shift
 bash tools/install-deps.sh
+if [ "$which" = peers ]; then bash bench/install-peers.sh; fi
 cmake -S . -B build/bench -G Ninja -DCMAKE_BUILD_TYPE=Release -DTQ_TESTS=OFF >/dev/null
 cmake --build build/bench -j2 --target "${which}_bench"
+if [ "$which" = peers ]; then exec python3 bench/peers.py "$@"; fi
 # libbenchmark 1.7 takes the minimum time as a plain number of seconds.
 "./build/bench/bench/${which}_bench" --benchmark_min_time=0.5 "$@"
