@@ -10,7 +10,9 @@ which="${1:?usage: bash bench/run.sh reader|writer|peers [benchmark arguments]}"
 shift
 bash tools/install-deps.sh
 if [ "$which" = peers ]; then bash bench/install-peers.sh; fi
-cmake -S . -B build/bench -G Ninja -DCMAKE_BUILD_TYPE=Release -DTQ_TESTS=OFF >/dev/null
+peers=OFF
+if [ "$which" = peers ]; then peers=ON; fi
+cmake -S . -B build/bench -G Ninja -DCMAKE_BUILD_TYPE=Release -DTQ_TESTS=OFF -DTQ_BENCH_PEERS=$peers >/dev/null
 cmake --build build/bench -j2 --target "${which}_bench"
 if [ "$which" = peers ]; then exec python3 bench/peers.py "$@"; fi
 # libbenchmark 1.7 takes the minimum time as a plain number of seconds.
