@@ -16,7 +16,7 @@
 
 namespace {
 
-constexpr size_t i_NUM_CLASES = i_MAX_BLOQUE_PEQUENO / 16;
+constexpr size_t i_NUM_CLASES = i_MAX_BLOQUE_PEQUENO / i_PASO_BLOQUE_PEQUENO;
 constexpr size_t i_BITS_TROZO = 16; // chunks of 64 KiB
 constexpr size_t i_TAM_TROZO = size_t{1} << i_BITS_TROZO;
 // Address space reserved once; pages are committed by the system as they are first touched.
@@ -74,7 +74,7 @@ struct i_pool_hilo {
 thread_local i_pool_hilo t_pool i_TLS_DIRECTO;
 
 size_t i_tam_clase(size_t clase) {
-    return (clase + 1) * 16;
+    return (clase + 1) * i_PASO_BLOQUE_PEQUENO;
 }
 
 bool i_nuevo_trozo(i_region &region, size_t clase) {
@@ -104,14 +104,14 @@ void *i_toma_bloque_pequeno(size_t tam) {
     i_region &region = i_la_region();
     if (!region.base)
         return nullptr;
-    const size_t clase = tam == 0 ? 0 : (tam - 1) / 16;
+    const size_t clase = tam == 0 ? 0 : (tam - 1) / i_PASO_BLOQUE_PEQUENO;
     const size_t tam_clase = i_tam_clase(clase);
     i_libres &libres = t_pool.libres[clase];
     if (libres.num > 0) {
         i_cuenta(static_cast<std::ptrdiff_t>(tam_clase));
         return libres.bloques[--libres.num];
     }
-    // A chunk need not hold a whole number of blocks (48 does not divide 64 KiB).
+    // A chunk need not hold a whole number of blocks (24 does not divide 64 KiB).
     const bool sin_sitio =
         static_cast<size_t>(t_pool.fin_trozo[clase] - t_pool.libre_trozo[clase]) < tam_clase;
     if (sin_sitio && !i_nuevo_trozo(region, clase))
@@ -137,7 +137,7 @@ size_t i_tam_bloque_pequeno(const void *bloque) {
 
 void i_devuelve_bloque_pequeno(void *bloque) {
     const size_t tam_clase = i_tam_bloque_pequeno(bloque);
-    i_libres &libres = t_pool.libres[tam_clase / 16 - 1];
+    i_libres &libres = t_pool.libres[tam_clase / i_PASO_BLOQUE_PEQUENO - 1];
     if (libres.num == libres.capacidad) {
         const size_t capacidad = libres.capacidad ? 2 * libres.capacidad : 1024;
         void *ampliada = std::realloc(libres.bloques, capacidad * sizeof(void *));

@@ -7,8 +7,10 @@
 
 #include <cstddef>
 
-// The largest block the pool serves.
+// The largest block the pool serves, and the step between its sizes: 8 bytes, the alignment
+// every record of the code base needs, so that a record wastes at most 7 bytes.
 inline constexpr size_t i_MAX_BLOQUE_PEQUENO = 64;
+inline constexpr size_t i_PASO_BLOQUE_PEQUENO = 8;
 
 // A block of `tam` bytes (1 to i_MAX_BLOQUE_PEQUENO), or null when the pool cannot serve.
 void *i_toma_bloque_pequeno(size_t tam);

@@ -12,16 +12,18 @@
 inline constexpr int32_t i_ENTERO_RELLENO = 2147483647;
 inline constexpr double i_DOUBLE_RELLENO = DBL_MAX; // bit pattern 0x7FEFFFFFFFFFFFFF
 
+// Fields ordered so that the record packs into 48 bytes.
 struct tqjson2_nodo {
     int32_t tipo;                    // TQJSON_TIPO_*
+    int32_t entero;                  // integers; i_ENTERO_RELLENO elsewhere
     arr_puntero_t *atributos_objeto; // members (tqjson2_atributo_t *), objects only
     arr_puntero_t *valores_array;    // elements (tqjson2_nodo_t *), arrays only
     char *cadena_utf8;               // strings only
-    tqbool texto_decodificado;       // CIERTO: plain text; FALSO: the escaped form
-    int32_t entero;                  // integers; i_ENTERO_RELLENO elsewhere
     double valor_double;             // doubles; i_DOUBLE_RELLENO elsewhere
+    tqbool texto_decodificado;       // CIERTO: plain text; FALSO: the escaped form
     tqbool booleano;                 // booleans; FALSO elsewhere
 };
+static_assert(sizeof(tqjson2_nodo) == 48);
 
 struct tqjson2_atributo {
     char16_t *nombre;      // never null
