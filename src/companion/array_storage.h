@@ -28,6 +28,13 @@ template <class T> struct i_almacen {
         }
     }
 
+    // Elements may stand in the record's own block, right after it (i_crea_array_con): they
+    // are then moved out, not resized, when the array grows, and freed with the record.
+    T *datos_en_linea() {
+        return reinterpret_cast<T *>(reinterpret_cast<char *>(this) + sizeof *this);
+    }
+    bool en_linea() { return datos == datos_en_linea(); }
+
     void reserva(uint32_t minimo) {
         if (minimo <= capacidad)
             return;
@@ -36,14 +43,14 @@ template <class T> struct i_almacen {
             nueva = minimo;
         if (nueva > i_MAX_ELEMENTOS)
             nueva = i_MAX_ELEMENTOS;
-        datos = static_cast<T *>(marlspy_nousar_realloc(datos, sizeof(T) * nueva));
+        if (en_linea()) {
+            T *fuera = static_cast<T *>(marlspy_nousar_malloc(sizeof(T) * nueva));
+            std::memcpy(static_cast<void *>(fuera), datos, sizeof(T) * num);
+            datos = fuera;
+        } else {
+            datos = static_cast<T *>(marlspy_nousar_realloc(datos, sizeof(T) * nueva));
+        }
         capacidad = static_cast<uint32_t>(nueva);
-    }
-
-    // Room for exactly `num` elements, for an array that is filled once.
-    void reserva_exacta(uint32_t num) {
-        datos = static_cast<T *>(marlspy_nousar_realloc(datos, sizeof(T) * num));
-        capacidad = num;
     }
 
     // False when the array is already at its largest count.
@@ -63,13 +70,31 @@ template <class T> struct i_almacen {
         --num;
     }
 
-    void libera() { marlspy_nousar_free_pp(&datos, 1); }
+    void libera() {
+        if (en_linea())
+            datos = nullptr;
+        else
+            marlspy_nousar_free_pp(&datos, 1);
+    }
 };
 
 // Creates an array record of kind A (which holds an `i_almacen` named `a`) with `num` elements.
 template <class A> A *i_crea_array(uint32_t num) {
     A *arr = static_cast<A *>(marlspy_nousar_malloc(sizeof(A)));
     arr->a.inicia(num);
+    return arr;
+}
+
+// Creates an array record of kind A holding a copy of `num` elements, which stand in the
+// record's own block: one allocation for an array that is built once.
+template <class A, class T> A *i_crea_array_con(const T *elementos, uint32_t num) {
+    static_assert(sizeof(A) == sizeof(i_almacen<T>), "the storage is the record");
+    A *arr = static_cast<A *>(marlspy_nousar_malloc(sizeof(A) + sizeof(T) * num));
+    arr->a.datos = arr->a.datos_en_linea();
+    arr->a.num = num;
+    arr->a.capacidad = num;
+    if (num > 0)
+        std::memcpy(static_cast<void *>(arr->a.datos), elementos, sizeof(T) * num);
     return arr;
 }
 

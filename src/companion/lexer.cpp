@@ -151,12 +151,26 @@ uint32_t i_palabra(anlex *lex, const char *p) {
     return i_token(lex, ANLEX_IDENTIFICADOR, q);
 }
 
+// Indented text puts long runs of spaces after each line feed: they are passed eight at a time.
+const char *i_salta_sangria(const char *p, const char *fin) {
+    constexpr uint64_t i_OCHO_ESPACIOS = 0x2020202020202020u;
+    while (fin - p >= 8) {
+        uint64_t ocho;
+        std::memcpy(&ocho, p, sizeof ocho);
+        if (ocho != i_OCHO_ESPACIOS)
+            break;
+        p += 8;
+    }
+    return p;
+}
+
 uint32_t i_siguiente(anlex *lex) {
     const char *p = lex->pos;
     while (i_es(*p, i_BLANCO)) {
         if (*p++ == '\n') {
             ++lex->linea;
             lex->inicio_linea = p;
+            p = i_salta_sangria(p, lex->fin);
         }
     }
     lex->inicio_token = p;

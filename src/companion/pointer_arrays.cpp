@@ -23,13 +23,9 @@ arr_puntero_t *arr_CreaPunteroConTipo(uint32_t num) {
 }
 
 arr_puntero_t *arr_CreaPunteroConTipoCon(void *const *elementos, uint32_t num) {
-    arr_puntero_t *arr = i_crea_array<arr_puntero>(0);
-    if (num > 0 && i_VERIFICA((elementos) != NULL)) {
-        arr->a.reserva_exacta(num);
-        std::memcpy(static_cast<void *>(arr->a.datos), elementos, sizeof(void *) * num);
-        arr->a.num = num;
-    }
-    return arr;
+    if (num > 0 && !i_VERIFICA((elementos) != NULL))
+        num = 0;
+    return i_crea_array_con<arr_puntero>(elementos, num);
 }
 
 uint32_t arr_NumElemsPuntero(const arr_puntero_t *arr) {

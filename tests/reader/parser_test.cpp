@@ -164,3 +164,21 @@ TEST(Parser, NestingIsLimitedTo1024Levels) {
     EXPECT_EQ(read_text(std::string(1000000, '[')), kNoTree);
     EXPECT_EQ(read_text(std::string(100000, '{')), kNoTree);
 }
+
+// A read tree's arrays are built at their exact size; they still grow when appended to.
+TEST(Parser, ReadTreesGrowWhenAppendedTo) {
+    tqjson2_nodo_t *raiz = nullptr;
+    ASSERT_EQ(tqjson2_se_lee_texto_utf8("{\"a\":[1,2],\"b\":[],\"c\":{}}", &raiz), CIERTO);
+    tqjson2_nodo_t *a = nullptr, *b = nullptr, *c = nullptr;
+    ASSERT_EQ(tqjson2_existe_atributo_con_nombre_en_objeto(raiz, u"a", &a), CIERTO);
+    ASSERT_EQ(tqjson2_existe_atributo_con_nombre_en_objeto(raiz, u"b", &b), CIERTO);
+    ASSERT_EQ(tqjson2_existe_atributo_con_nombre_en_objeto(raiz, u"c", &c), CIERTO);
+    for (int32_t i = 3; i <= 9; ++i)
+        tqjson2_append_long_a_array(a, i);
+    tqjson2_append_null_a_objeto(c, u"x");
+    tqjson2_append_bool_a_array(b, CIERTO);
+    tqjson2_append_long_a_objeto(raiz, u"d", 4);
+    EXPECT_EQ(take_text(tqjson2_genera_texto_utf8_minificado(raiz)),
+              "{\"a\" : [1,2,3,4,5,6,7,8,9],\"b\" : [true],\"c\" : {\"x\" : null},\"d\" : 4}");
+    tqjson2_destruye_nodo(&raiz);
+}
