@@ -65,8 +65,6 @@ anlex *i_crea(i_origen_lexico origen, anlex_palabras_reservadas_t **palabras,
     lex->origen = origen;
     lex->longitud_buffer = 1u << 16;
     lex->texto = lex->fin = lex->pos = lex->inicio_token = lex->fin_token = "";
-    lex->inicio_linea = lex->inicio_linea_token = lex->texto;
-    lex->linea = lex->linea_token = 1;
     if (i_VERIFICA((palabras) != NULL)) {
         lex->palabras = *palabras;
         lex->palabras_propias = toma_palabras == CIERTO;
@@ -89,11 +87,6 @@ uint32_t i_literal(anlex *lex, const char *p) {
     if (!lex->criterio_json) {
         const void *comilla = std::memchr(q, '"', static_cast<size_t>(lex->fin - q));
         const char *fin_token = comilla ? static_cast<const char *>(comilla) + 1 : lex->fin;
-        for (const char *c = q; c != fin_token; ++c) // such a literal may span lines
-            if (*c == '\n') {
-                ++lex->linea;
-                lex->inicio_linea = c + 1;
-            }
         return i_token(lex, comilla ? ANLEX_LITERAL : ANLEX_ERROR, fin_token);
     }
     for (;;) {
@@ -166,16 +159,10 @@ const char *i_salta_sangria(const char *p, const char *fin) {
 
 uint32_t i_siguiente(anlex *lex) {
     const char *p = lex->pos;
-    while (i_es(*p, i_BLANCO)) {
-        if (*p++ == '\n') {
-            ++lex->linea;
-            lex->inicio_linea = p;
+    while (i_es(*p, i_BLANCO))
+        if (*p++ == '\n')
             p = i_salta_sangria(p, lex->fin);
-        }
-    }
     lex->inicio_token = p;
-    lex->linea_token = lex->linea;
-    lex->inicio_linea_token = lex->inicio_linea;
     if (p == lex->fin)
         return i_token(lex, ANLEX_FIN, p);
     if (const uint8_t puntuacion = i_PUNTUACION[static_cast<unsigned char>(*p)])
@@ -191,10 +178,8 @@ uint32_t i_siguiente(anlex *lex) {
 
 // The constant's value as a double, correctly rounded; beyond a double's range, as strtod
 // gives it: an infinity above, zero below.
-double i_valor_constante(const anlex *lex) {
-    const char *p = lex->inicio_token;
-    const char *fin = lex->fin_token;
-    if (lex->token == ANLEX_CTE_ENTERA && fin - p <= 19) {
+double i_valor(uint32_t token, const char *p, const char *fin) {
+    if (token == ANLEX_CTE_ENTERA && fin - p <= 19) {
         uint64_t valor = 0;
         for (; p != fin; ++p)
             valor = valor * 10 + static_cast<uint64_t>(*p - '0');
@@ -295,8 +280,6 @@ void anlex_inicia(anlex_t *lex) {
         lex->cargado = true;
     }
     lex->pos = lex->inicio_token = lex->fin_token = lex->texto;
-    lex->inicio_linea = lex->inicio_linea_token = lex->texto;
-    lex->linea = lex->linea_token = 1;
     lex->token = ANLEX_FIN;
 }
 
@@ -363,13 +346,13 @@ const char *anlex_get_literal_utf8(const anlex_t *lex, size_t *longitud, tqbool 
 double anlex_get_cte_entera_double(const anlex_t *lex) {
     if (!i_VERIFICA((lex) != NULL) || !i_VERIFICA(lex->token == ANLEX_CTE_ENTERA))
         return 0.0;
-    return i_valor_constante(lex);
+    return i_valor(lex->token, lex->inicio_token, lex->fin_token);
 }
 
 double anlex_get_cte_real(const anlex_t *lex) {
     if (!i_VERIFICA((lex) != NULL) || !i_VERIFICA(lex->token == ANLEX_CTE_REAL))
         return 0.0;
-    return i_valor_constante(lex);
+    return i_valor(lex->token, lex->inicio_token, lex->fin_token);
 }
 
 uint32_t anlex_get_id_palabra_reservada_ulong(const anlex_t *lex) {
@@ -378,14 +361,58 @@ uint32_t anlex_get_id_palabra_reservada_ulong(const anlex_t *lex) {
     return lex->id_palabra;
 }
 
+// Worked out when asked, which is once for a failed read: line feeds before the token, then
+// the UTF-16 units from the last of them.
 void anlex_linea_y_columna_actual(const anlex_t *lex, int32_t *linea, int32_t *columna) {
     if (!i_VERIFICA((lex) != NULL) || !i_VERIFICA((linea) != NULL) ||
         !i_VERIFICA((columna) != NULL))
         return;
-    const size_t unidades = unicode_unidades_UTF8(
-        lex->inicio_linea_token, static_cast<size_t>(lex->inicio_token - lex->inicio_linea_token));
-    *linea = static_cast<int32_t>(lex->linea_token);
+    uint32_t lineas = 1;
+    const char *inicio_linea = lex->texto;
+    for (const char *p = lex->texto; p != lex->inicio_token; ++p)
+        if (*p == '\n') {
+            ++lineas;
+            inicio_linea = p + 1;
+        }
+    const size_t unidades =
+        unicode_unidades_UTF8(inicio_linea, static_cast<size_t>(lex->inicio_token - inicio_linea));
+    *linea = static_cast<int32_t>(lineas);
     *columna = static_cast<int32_t>(unidades + 1);
+}
+
+uint32_t anlex_lee_tokens(anlex_t *lex, anlex_token_t *tokens, uint32_t max) {
+    if (!i_VERIFICA((lex) != NULL) || !i_VERIFICA((tokens) != NULL))
+        return 0;
+    uint32_t leidos = 0;
+    while (leidos < max) {
+        const uint32_t token = i_siguiente(lex);
+        anlex_token_t &destino = tokens[leidos++];
+        destino.inicio = lex->inicio_token;
+        destino.longitud = static_cast<uint32_t>(lex->fin_token - lex->inicio_token);
+        destino.token = static_cast<uint16_t>(token);
+        destino.barras = lex->literal_con_barras && token == ANLEX_LITERAL ? CIERTO : FALSO;
+        destino.id_palabra = token == ANLEX_PALABRA_RESERVADA ? lex->id_palabra : 0;
+        if (token == ANLEX_FIN)
+            break;
+    }
+    return leidos;
+}
+
+void anlex_situa_en_token(anlex_t *lex, const anlex_token_t *token) {
+    if (!i_VERIFICA((lex) != NULL) || !i_VERIFICA((token) != NULL))
+        return;
+    lex->token = token->token;
+    lex->inicio_token = token->inicio;
+    lex->fin_token = token->inicio + token->longitud;
+    lex->literal_con_barras = token->barras == CIERTO;
+    lex->id_palabra = token->id_palabra;
+}
+
+double anlex_valor_constante(const anlex_token_t *token) {
+    if (!i_VERIFICA((token) != NULL) ||
+        !i_VERIFICA(token->token == ANLEX_CTE_ENTERA || token->token == ANLEX_CTE_REAL))
+        return 0.0;
+    return i_valor(token->token, token->inicio, token->inicio + token->longitud);
 }
 
 void anlex_destruye(anlex_t **lex) {

@@ -3,6 +3,7 @@
 // stack of the parser's own, so nesting costs no C stack; each keeps its collected children
 // and the flags that judge its commas.
 #include <cstring>
+#include <memory>
 #include <vector>
 
 #include "codec/codec.h"
@@ -21,13 +22,42 @@ struct i_contenedor_leido {
     char16_t *nombre; // objects: the name of the member whose value is being read
 };
 
+// Tokens are taken from the lexer in bulk; the parser keeps its own current token and hands it
+// back to the lexer when it stops, so that the lexer's position is where the read stopped.
+constexpr uint32_t i_TOKENS_POR_LOTE = 256;
+
 struct i_lectura {
     anlex_t *lex;
     tqbool decodifica;
     std::vector<i_contenedor_leido> pila;
     std::vector<void *> hijos;
     bool demasiado_profundo;
+    anlex_token_t lote[i_TOKENS_POR_LOTE];
+    uint32_t num_lote;
+    uint32_t siguiente;
+    anlex_token_t actual;
 };
+
+uint32_t i_lee_token(i_lectura &lectura) {
+    if (lectura.siguiente == lectura.num_lote) {
+        lectura.num_lote = anlex_lee_tokens(lectura.lex, lectura.lote, i_TOKENS_POR_LOTE);
+        lectura.siguiente = 0;
+    }
+    lectura.actual = lectura.lote[lectura.siguiente++];
+    return lectura.actual.token;
+}
+
+// The current literal's bytes between its quotation marks.
+const char *i_bytes_literal(const i_lectura &lectura, size_t *longitud) {
+    *longitud = lectura.actual.longitud - 2;
+    return lectura.actual.inicio + 1;
+}
+
+// The current literal as the lexer gives it in wide text (escaped quotation marks bare).
+const char16_t *i_literal_ancho(i_lectura &lectura) {
+    anlex_situa_en_token(lectura.lex, &lectura.actual);
+    return anlex_get_literal(lectura.lex);
+}
 
 size_t i_num_hijos(const i_lectura &lectura, const i_contenedor_leido &contenedor) {
     return lectura.hijos.size() - contenedor.primer_hijo;
@@ -63,41 +93,60 @@ tqjson2_nodo_t *i_crea_contenedor(i_lectura &lectura, const i_contenedor_leido &
                                 : i_crea_nodo_array_con_valores(&hijos);
 }
 
-// The member name: the literal as the lexer gives it, never decoded.
-char16_t *i_nombre_literal(anlex_t *lex) {
+// The member name: the literal as the lexer gives it, never decoded. ASCII, the usual name,
+// widens byte by byte.
+char16_t *i_nombre_literal(i_lectura &lectura) {
     size_t longitud = 0;
-    tqbool con_barras = FALSO;
-    const char *bytes = anlex_get_literal_utf8(lex, &longitud, &con_barras);
-    if (con_barras == CIERTO)
-        return widestr_nousar_copia(anlex_get_literal(lex), i_MODULO, __LINE__);
+    const char *bytes = i_bytes_literal(lectura, &longitud);
+    if (lectura.actual.barras == CIERTO)
+        return widestr_nousar_copia(i_literal_ancho(lectura), i_MODULO, __LINE__);
     char16_t *nombre = widestr_nousar_creacadena(longitud + 1);
-    *unicode_escribe_UTF8_a_UNICODE(bytes, longitud, nombre) = u'\0';
+    size_t i = 0;
+    for (; i < longitud && static_cast<unsigned char>(bytes[i]) < 0x80; ++i)
+        nombre[i] = static_cast<char16_t>(bytes[i]);
+    *unicode_escribe_UTF8_a_UNICODE(bytes + i, longitud - i, nombre + i) = u'\0';
     return nombre;
 }
 
 // A string value. Without backslashes, decoding changes nothing, and UTF-8 that reads back
 // unchanged is stored as its own bytes; anything else takes the way through wide text.
-tqjson2_nodo_t *i_crea_nodo_literal(const i_lectura &lectura) {
+tqjson2_nodo_t *i_crea_nodo_literal(i_lectura &lectura) {
     size_t longitud = 0;
-    tqbool con_barras = FALSO;
-    const char *bytes = anlex_get_literal_utf8(lectura.lex, &longitud, &con_barras);
-    if (con_barras == FALSO && unicode_es_UTF8_estable_n(bytes, longitud) == CIERTO) {
+    const char *bytes = i_bytes_literal(lectura, &longitud);
+    if (lectura.actual.barras == FALSO && unicode_es_UTF8_estable_n(bytes, longitud) == CIERTO) {
         char *texto = creacadena(longitud + 1);
         std::memcpy(texto, bytes, longitud);
         texto[longitud] = '\0';
         return i_crea_nodo_cadena(&texto, lectura.decodifica);
     }
-    const char16_t *literal = anlex_get_literal(lectura.lex);
+    const char16_t *literal = i_literal_ancho(lectura);
     char16_t *texto = lectura.decodifica == CIERTO
                           ? i_decodifica_secuencias_escape(literal)
                           : widestr_nousar_copia(literal, i_MODULO, __LINE__);
     return i_crea_nodo_texto_unicode(FALSO, &texto, lectura.decodifica);
 }
 
-i_valor i_lee_negativo(anlex_t *lex, tqjson2_nodo_t **nodo) {
-    const uint32_t token = anlex_lee_token(lex);
+// Up to 9 digits always fit a 32-bit integer and are read here; longer constants take the
+// lexer's value and the range-checked conversion.
+bool i_entero_corto(const anlex_token_t &token, int32_t *valor) {
+    if (token.longitud > 9)
+        return false;
+    int32_t acumulado = 0;
+    for (uint32_t i = 0; i < token.longitud; ++i)
+        acumulado = acumulado * 10 + (token.inicio[i] - '0');
+    *valor = acumulado;
+    return true;
+}
+
+i_valor i_lee_negativo(i_lectura &lectura, tqjson2_nodo_t **nodo) {
+    const uint32_t token = i_lee_token(lectura);
     if (token == ANLEX_CTE_ENTERA) {
-        const double cte_double = anlex_get_cte_entera_double(lex);
+        int32_t corto = 0;
+        if (i_entero_corto(lectura.actual, &corto)) {
+            *nodo = tqjson2_crea_nodo_entero(-corto);
+            return i_valor::leido;
+        }
+        const double cte_double = anlex_valor_constante(&lectura.actual);
         i_VERIFICA(cambtipo_se_puede_double_a_long(cte_double) == CIERTO);
         *nodo = tqjson2_crea_nodo_entero(-cambtipo_double_a_long(cte_double));
         return i_valor::leido;
@@ -105,28 +154,37 @@ i_valor i_lee_negativo(anlex_t *lex, tqjson2_nodo_t **nodo) {
     if (token != ANLEX_CTE_REAL)
         return i_valor::fallido;
     i_VERIFICA(token == ANLEX_CTE_REAL);
-    *nodo = tqjson2_crea_nodo_double(-anlex_get_cte_real(lex));
+    *nodo = tqjson2_crea_nodo_double(-anlex_valor_constante(&lectura.actual));
     return i_valor::leido;
 }
 
-tqjson2_nodo_t *i_crea_nodo_palabra(anlex_t *lex) {
-    switch (anlex_get_id_palabra_reservada_ulong(lex)) {
+tqjson2_nodo_t *i_crea_nodo_entero(const anlex_token_t &token) {
+    int32_t corto = 0;
+    if (i_entero_corto(token, &corto))
+        return tqjson2_crea_nodo_entero(corto);
+    return tqjson2_crea_nodo_entero(cambtipo_double_a_long(anlex_valor_constante(&token)));
+}
+
+tqjson2_nodo_t *i_crea_nodo_palabra(i_lectura &lectura) {
+    switch (lectura.actual.id_palabra) {
         case i_PALABRA_RESERVADA_TRUE:
             return tqjson2_crea_nodo_booleano(CIERTO);
         case i_PALABRA_RESERVADA_FALSE:
             return tqjson2_crea_nodo_booleano(FALSO);
-        default:
+        default: {
+            anlex_t *lex = lectura.lex;
+            anlex_situa_en_token(lex, &lectura.actual);
             i_VERIFICA(anlex_get_palabra_reservada_enum(lex, i_palabra_reservada_t) ==
                        i_PALABRA_RESERVADA_NULL);
             return tqjson2_crea_nodo_null();
+        }
     }
 }
 
 // Reads the next token as the start of a value. A failed value leaves its token current.
 i_valor i_empieza_valor(i_lectura &lectura, tqjson2_nodo_t **nodo) {
-    anlex_t *lex = lectura.lex;
     *nodo = nullptr;
-    switch (const uint32_t token = anlex_lee_token(lex)) {
+    switch (const uint32_t token = i_lee_token(lectura)) {
         case ANLEX_LLAVE_ABR:
         case ANLEX_CORCH_ABR:
             if (lectura.pila.size() == i_PROFUNDIDAD_MAXIMA) {
@@ -136,19 +194,18 @@ i_valor i_empieza_valor(i_lectura &lectura, tqjson2_nodo_t **nodo) {
             i_abre(lectura, token == ANLEX_LLAVE_ABR);
             return i_valor::abierto;
         case ANLEX_CTE_ENTERA:
-            *nodo =
-                tqjson2_crea_nodo_entero(cambtipo_double_a_long(anlex_get_cte_entera_double(lex)));
+            *nodo = i_crea_nodo_entero(lectura.actual);
             return i_valor::leido;
         case ANLEX_MENOS:
-            return i_lee_negativo(lex, nodo);
+            return i_lee_negativo(lectura, nodo);
         case ANLEX_CTE_REAL:
-            *nodo = tqjson2_crea_nodo_double(anlex_get_cte_real(lex));
+            *nodo = tqjson2_crea_nodo_double(anlex_valor_constante(&lectura.actual));
             return i_valor::leido;
         case ANLEX_LITERAL:
             *nodo = i_crea_nodo_literal(lectura);
             return i_valor::leido;
         case ANLEX_PALABRA_RESERVADA:
-            *nodo = i_crea_nodo_palabra(lex);
+            *nodo = i_crea_nodo_palabra(lectura);
             return i_valor::leido;
         default:
             return i_valor::fallido;
@@ -159,7 +216,7 @@ i_valor i_empieza_valor(i_lectura &lectura, tqjson2_nodo_t **nodo) {
 // that the comma rule accepts lets it go on, anything else fails it.
 i_paso i_juzga_array(i_lectura &lectura) {
     i_contenedor_leido &array = lectura.pila.back();
-    switch (anlex_get_token(lectura.lex)) {
+    switch (lectura.actual.token) {
         case ANLEX_CORCH_CER:
             return array.coma == CIERTO ? i_paso::termina_mal : i_paso::termina_bien;
         case ANLEX_COMA:
@@ -195,7 +252,7 @@ i_paso i_recibe(i_lectura &lectura, i_valor valor, tqjson2_nodo_t *nodo) {
 
 i_paso i_paso_objeto(i_lectura &lectura) {
     i_contenedor_leido &objeto = lectura.pila.back();
-    switch (anlex_lee_token(lectura.lex)) {
+    switch (i_lee_token(lectura)) {
         case ANLEX_COMA:
             if (objeto.coma == CIERTO || i_num_hijos(lectura, objeto) == 0)
                 return i_paso::termina_mal;
@@ -204,8 +261,8 @@ i_paso i_paso_objeto(i_lectura &lectura) {
         case ANLEX_LLAVE_CER:
             return objeto.coma == CIERTO ? i_paso::termina_mal : i_paso::termina_bien;
         case ANLEX_LITERAL: {
-            objeto.nombre = i_nombre_literal(lectura.lex);
-            if (anlex_lee_token(lectura.lex) != ANLEX_DOS_PUNTOS) {
+            objeto.nombre = i_nombre_literal(lectura);
+            if (i_lee_token(lectura) != ANLEX_DOS_PUNTOS) {
                 widestr_nousar_destruye(&objeto.nombre, i_MODULO, __LINE__);
                 return i_paso::termina_mal;
             }
@@ -225,6 +282,15 @@ i_paso i_paso_array(i_lectura &lectura) {
 }
 
 // Reads from the root's opening token to the end of the root.
+tqbool i_lee_contenedores(i_lectura &lectura, tqjson2_nodo_t **nodo);
+
+// Reads the root's contents and leaves the lexer at the parser's current token.
+tqbool i_lee_desde_la_raiz(i_lectura &lectura, tqjson2_nodo_t **nodo) {
+    const tqbool resultado = i_lee_contenedores(lectura, nodo);
+    anlex_situa_en_token(lectura.lex, &lectura.actual);
+    return resultado;
+}
+
 tqbool i_lee_contenedores(i_lectura &lectura, tqjson2_nodo_t **nodo) {
     for (;;) {
         i_paso paso =
@@ -264,7 +330,7 @@ tqbool i_lee_nodo_raiz(i_lectura &lectura, tqjson2_nodo_t **nodo) {
     if (token != ANLEX_LLAVE_ABR)
         i_VERIFICA(token == ANLEX_CORCH_ABR);
     i_abre(lectura, token == ANLEX_LLAVE_ABR);
-    return i_lee_contenedores(lectura, nodo);
+    return i_lee_desde_la_raiz(lectura, nodo);
 }
 
 } // namespace
@@ -280,6 +346,9 @@ tqbool i_lee_json(anlex_t *lex, tqbool decodifica_secuencias_escape, tqjson2_nod
     anlex_set_longitud_buffer_lectura(lex, i_LONGITUD_BUFFER_LECTURA);
     anlex_set_atributo_aplicar_criterio_json_para_analisis_literales(lex);
     anlex_inicia(lex);
-    i_lectura lectura = {lex, decodifica_secuencias_escape, {}, {}, false};
-    return i_lee_nodo_raiz(lectura, nodo);
+    // Large enough (some 6 KB of tokens) to live off the stack.
+    auto lectura = std::make_unique<i_lectura>();
+    lectura->lex = lex;
+    lectura->decodifica = decodifica_secuencias_escape;
+    return i_lee_nodo_raiz(*lectura, nodo);
 }
