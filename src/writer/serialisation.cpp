@@ -117,10 +117,9 @@ void i_abre_contenedor(i_recorrido &recorrido, const tqjson2_nodo_t *nodo, const
     }
     const bool es_objeto = nodo->tipo == TQJSON_TIPO_OBJETO;
     const arr_puntero_t *hijos = es_objeto ? nodo->atributos_objeto : nodo->valores_array;
-    i_contenedor_abierto abierto = {nodo, nullptr, 0, 0, profundidad, con_coma, es_objeto};
-    if (hijos)
-        abierto.hijos = arr_DatosPunteroConTipo(hijos, &abierto.num_hijos);
-    recorrido.pila.push_back(abierto);
+    uint32_t num_hijos = 0;
+    void *const *datos = hijos ? arr_DatosPunteroConTipo(hijos, &num_hijos) : nullptr;
+    recorrido.pila.push_back({nodo, datos, num_hijos, 0, profundidad, con_coma, es_objeto});
 
     i_abre_linea_de_nodo(recorrido, nombre, profundidad);
     i_anade_byte(&recorrido.destino_gltf->texto, es_objeto ? '{' : '[');
