@@ -220,6 +220,8 @@ char16_t *copiaforu_nousar_formatea(const char16_t *formato, ...) {
 size_t copiaforu_nousar_texto_G(double valor, int precision, char *texto, size_t tam) {
     if (precision < 0)
         precision = i_PRECISION_POR_DEFECTO;
+    if (const size_t escalado = i_texto_G_por_escala(valor, precision, texto, tam))
+        return escalado;
     if (const size_t rapido = i_texto_G_desde_el_mas_corto(valor, precision, texto, tam))
         return rapido;
     const std::to_chars_result fin =

@@ -10,6 +10,7 @@
 #include <cfloat>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 
 namespace {
@@ -100,7 +101,65 @@ size_t i_formatea(const i_digitos &digitos, int precision, bool negativo, char *
     return static_cast<size_t>(p - texto);
 }
 
+constexpr double i_POTENCIAS_10[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                     1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                     1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+constexpr int i_MAX_POTENCIA_EXACTA = 22;
+
+// |valor| scaled by 10^escala, which must be exact: a correctly rounded product or quotient of
+// two exact doubles.
+double i_escala(double magnitud, int escala) {
+    return escala >= 0 ? magnitud * i_POTENCIAS_10[escala] : magnitud / i_POTENCIAS_10[-escala];
+}
+
 } // namespace
+
+// The digits by scaling: |v| x 10^k, with k chosen so that the precision's digits stand before
+// the point, is one correctly rounded operation on exact doubles; below 10^15 its error is at
+// most 1/16, so unless its fraction lies that close to one half, rounding it gives the digits
+// that rounding the exact value gives. No digit generation is needed at all.
+size_t i_texto_G_por_escala(double valor, int precision, char *texto, size_t tam) {
+    if (precision > i_PRECISION_MAXIMA || tam < 32 || !std::isnormal(valor))
+        return 0;
+    if (precision == 0)
+        precision = 1;
+    const double magnitud = std::fabs(valor);
+    const double menor = i_POTENCIAS_10[precision - 1], mayor = i_POTENCIAS_10[precision];
+    // floor(log10 |v|) from the binary exponent, possibly one too small; the loop corrects it.
+    uint64_t bits;
+    std::memcpy(&bits, &magnitud, sizeof bits);
+    const int exponente_2 = static_cast<int>(bits >> 52) - 1023;
+    int exponente = (exponente_2 * 78913) >> 18; // 78913 / 2^18 is log10(2) to 6 digits
+    double escalado = 0.0;
+    for (int intento = 0; intento < 2; ++intento) {
+        const int escala = precision - 1 - exponente;
+        if (escala > i_MAX_POTENCIA_EXACTA || escala < -i_MAX_POTENCIA_EXACTA)
+            return 0;
+        escalado = i_escala(magnitud, escala);
+        if (escalado < menor)
+            --exponente;
+        else if (escalado >= mayor)
+            ++exponente;
+        else
+            break;
+    }
+    if (escalado < menor || escalado >= mayor)
+        return 0;
+    const double entero = std::floor(escalado);
+    const double fraccion = escalado - entero;
+    if (std::fabs(fraccion - 0.5) < 0.1)
+        return 0;
+    auto digitos_enteros = static_cast<uint64_t>(entero) + (fraccion > 0.5 ? 1 : 0);
+    if (static_cast<double>(digitos_enteros) >= mayor) { // 99...9 rounded up to 100...0
+        digitos_enteros = static_cast<uint64_t>(menor);
+        ++exponente;
+    }
+    i_digitos digitos;
+    digitos.num = static_cast<int>(
+        std::to_chars(digitos.d, digitos.d + sizeof digitos.d, digitos_enteros).ptr - digitos.d);
+    digitos.exponente = exponente;
+    return i_formatea(digitos, precision, valor < 0, texto);
+}
 
 size_t i_texto_G_desde_el_mas_corto(double valor, int precision, char *texto, size_t tam) {
     if (precision > i_PRECISION_MAXIMA || tam < 32 || !std::isnormal(valor))
