@@ -27,6 +27,19 @@ bool i_tiene_punto_o_exponente(const char *texto, size_t longitud) {
     return false;
 }
 
+// roundtol for a value within the 32-bit range, in line: the nearest integer, halves away from
+// zero, saturated at the top (2147483647.5 and above give 2147483647, as roundtol does).
+int32_t i_entero_mas_cercano(double numero) {
+    const auto truncado = static_cast<int64_t>(numero);
+    const double resto = numero - static_cast<double>(truncado);
+    int64_t cercano = truncado + (resto >= 0.5 ? 1 : resto <= -0.5 ? -1 : 0);
+    if (cercano > INT32_MAX)
+        cercano = INT32_MAX;
+    if (cercano < INT32_MIN)
+        cercano = INT32_MIN;
+    return static_cast<int32_t>(cercano);
+}
+
 } // namespace
 
 size_t i_texto_double(double numero, char texto[i_TAM_TEXTO_DOUBLE]) {
@@ -34,19 +47,18 @@ size_t i_texto_double(double numero, char texto[i_TAM_TEXTO_DOUBLE]) {
         return i_copia(texto, i_TEXTO_DOUBLE_MAXIMO, sizeof i_TEXTO_DOUBLE_MAXIMO - 1);
     if (std::fabs(numero) < i_TOLERANCIA)
         return i_copia(texto, "0.0", 3);
-    size_t longitud;
-    if (numero > 2147483647.0 || numero < -2147483648.0) {
-        longitud = copiaforu_nousar_texto_G(numero, i_PRECISION, texto, i_TAM_TEXTO_DOUBLE);
-    } else {
-        const int32_t redondeado = roundtol(numero);
+    // Within the 32-bit range (NaN is not), a value within the tolerance of its nearest
+    // integer is written as that integer and ".0".
+    if (numero <= 2147483647.0 && numero >= -2147483648.0) {
+        const int32_t redondeado = i_entero_mas_cercano(numero);
         if (std::fabs(double(redondeado) - numero) < i_TOLERANCIA) {
             const std::to_chars_result fin =
                 std::to_chars(texto, texto + i_TAM_TEXTO_DOUBLE, redondeado);
-            longitud = static_cast<size_t>(fin.ptr - texto);
+            const auto longitud = static_cast<size_t>(fin.ptr - texto);
             return longitud + i_copia(texto + longitud, ".0", 2);
         }
-        longitud = copiaforu_nousar_texto_G(numero, i_PRECISION, texto, i_TAM_TEXTO_DOUBLE);
     }
+    size_t longitud = copiaforu_nousar_texto_G(numero, i_PRECISION, texto, i_TAM_TEXTO_DOUBLE);
     if (!i_tiene_punto_o_exponente(texto, longitud))
         longitud += i_copia(texto + longitud, ".0", 2);
     return longitud;
