@@ -4,6 +4,7 @@
 // and the flags that judge its commas.
 #include <cstring>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "codec/codec.h"
@@ -18,8 +19,8 @@ namespace {
 struct i_contenedor_leido {
     bool es_objeto;
     size_t primer_hijo;
-    tqbool coma;      // a comma came last
-    char16_t *nombre; // objects: the name of the member whose value is being read
+    tqbool coma;          // a comma came last
+    size_t inicio_nombre; // objects: where the pending member's name begins in `nombres`
 };
 
 // Tokens are taken from the lexer in bulk; the parser keeps its own current token and hands it
@@ -31,6 +32,9 @@ struct i_lectura {
     tqbool decodifica;
     std::vector<i_contenedor_leido> pila;
     std::vector<void *> hijos;
+    // The names of the members whose values are being read, innermost last: each member
+    // copies its own into its block when it is made.
+    std::u16string nombres;
     bool demasiado_profundo;
     anlex_token_t lote[i_TOKENS_POR_LOTE];
     uint32_t num_lote;
@@ -69,7 +73,7 @@ enum class i_valor { leido, abierto, fallido };
 enum class i_paso { sigue, termina_bien, termina_mal };
 
 void i_abre(i_lectura &lectura, bool es_objeto) {
-    lectura.pila.push_back({es_objeto, lectura.hijos.size(), FALSO, nullptr});
+    lectura.pila.push_back({es_objeto, lectura.hijos.size(), FALSO, lectura.nombres.size()});
 }
 
 // Destroys what a failed container gathered.
@@ -81,7 +85,7 @@ void i_descarta(i_lectura &lectura, i_contenedor_leido &contenedor) {
             i_destruye_nodo_elemento(&lectura.hijos[i]);
     }
     lectura.hijos.resize(contenedor.primer_hijo);
-    widestr_nousar_destruye_opcional(&contenedor.nombre, i_MODULO, __LINE__);
+    lectura.nombres.resize(contenedor.inicio_nombre);
 }
 
 tqjson2_nodo_t *i_crea_contenedor(i_lectura &lectura, const i_contenedor_leido &contenedor) {
@@ -93,19 +97,24 @@ tqjson2_nodo_t *i_crea_contenedor(i_lectura &lectura, const i_contenedor_leido &
                                 : i_crea_nodo_array_con_valores(&hijos);
 }
 
-// The member name: the literal as the lexer gives it, never decoded. ASCII, the usual name,
-// widens byte by byte.
-char16_t *i_nombre_literal(i_lectura &lectura) {
+// The member name goes on the names buffer: the literal as the lexer gives it, never decoded.
+// ASCII, the usual name, widens byte by byte.
+void i_lee_nombre(i_lectura &lectura) {
+    std::u16string &nombres = lectura.nombres;
+    if (lectura.actual.barras == CIERTO) {
+        nombres += i_literal_ancho(lectura);
+        return;
+    }
     size_t longitud = 0;
     const char *bytes = i_bytes_literal(lectura, &longitud);
-    if (lectura.actual.barras == CIERTO)
-        return widestr_nousar_copia(i_literal_ancho(lectura), i_MODULO, __LINE__);
-    char16_t *nombre = widestr_nousar_creacadena(longitud + 1);
+    const size_t inicio = nombres.size();
+    nombres.resize(inicio + longitud); // never more units than bytes
+    char16_t *destino = nombres.data() + inicio;
     size_t i = 0;
     for (; i < longitud && static_cast<unsigned char>(bytes[i]) < 0x80; ++i)
-        nombre[i] = static_cast<char16_t>(bytes[i]);
-    *unicode_escribe_UTF8_a_UNICODE(bytes + i, longitud - i, nombre + i) = u'\0';
-    return nombre;
+        destino[i] = static_cast<char16_t>(bytes[i]);
+    char16_t *fin = unicode_escribe_UTF8_a_UNICODE(bytes + i, longitud - i, destino + i);
+    nombres.resize(static_cast<size_t>(fin - nombres.data()));
 }
 
 // A string value. Without backslashes, decoding changes nothing, and UTF-8 that reads back
@@ -241,11 +250,14 @@ i_paso i_recibe(i_lectura &lectura, i_valor valor, tqjson2_nodo_t *nodo) {
         contenedor.coma = FALSO;
         return i_paso::sigue;
     }
+    const size_t inicio = contenedor.inicio_nombre;
     if (valor == i_valor::fallido) {
-        widestr_nousar_destruye(&contenedor.nombre, i_MODULO, __LINE__);
+        lectura.nombres.resize(inicio);
         return i_paso::termina_mal;
     }
-    lectura.hijos.push_back(i_crea_atributo_propietario(&contenedor.nombre, &nodo));
+    lectura.hijos.push_back(i_crea_atributo_propietario_con_nombre(
+        lectura.nombres.data() + inicio, lectura.nombres.size() - inicio, &nodo));
+    lectura.nombres.resize(inicio);
     contenedor.coma = FALSO;
     return i_paso::sigue;
 }
@@ -261,9 +273,10 @@ i_paso i_paso_objeto(i_lectura &lectura) {
         case ANLEX_LLAVE_CER:
             return objeto.coma == CIERTO ? i_paso::termina_mal : i_paso::termina_bien;
         case ANLEX_LITERAL: {
-            objeto.nombre = i_nombre_literal(lectura);
+            objeto.inicio_nombre = lectura.nombres.size();
+            i_lee_nombre(lectura);
             if (i_lee_token(lectura) != ANLEX_DOS_PUNTOS) {
-                widestr_nousar_destruye(&objeto.nombre, i_MODULO, __LINE__);
+                lectura.nombres.resize(objeto.inicio_nombre);
                 return i_paso::termina_mal;
             }
             tqjson2_nodo_t *nodo = nullptr;

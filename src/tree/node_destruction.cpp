@@ -8,7 +8,8 @@
 // or missing value), which the caller destroys.
 static tqjson2_nodo_t *i_desmonta_atributo(tqjson2_atributo_t **atributo) {
     tqjson2_atributo_t *a = i_toma(atributo);
-    widestr_nousar_destruye(&a->nombre, i_MODULO, __LINE__);
+    if (a->nombre != i_nombre_en_linea(a))
+        widestr_nousar_destruye(&a->nombre, i_MODULO, __LINE__);
     tqjson2_nodo_t *valor_propio = (a->es_propietario == CIERTO) ? a->valor : nullptr;
     i_libera(&a);
     return valor_propio;

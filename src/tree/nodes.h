@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cfloat>
+#include <cstddef>
 
 #include "companion/companion.h"
 #include "tqjson2.h"
@@ -25,11 +26,20 @@ struct tqjson2_nodo {
 };
 static_assert(sizeof(tqjson2_nodo) == 48);
 
+// A member's name is a block of its own, or stands in the member's block right after its
+// fields (i_crea_atributo_propietario_con_nombre): one allocation for the members a read makes.
 struct tqjson2_atributo {
-    char16_t *nombre;      // never null
-    tqbool es_propietario; // CIERTO: the member destroys its value with itself
+    char16_t *nombre; // never null
     tqjson2_nodo_t *valor;
+    tqbool es_propietario; // CIERTO: the member destroys its value with itself
 };
+
+// Where a name stored in the member's own block begins.
+inline char16_t *i_nombre_en_linea(tqjson2_atributo_t *atributo) {
+    return reinterpret_cast<char16_t *>(reinterpret_cast<char *>(atributo) +
+                                        offsetof(tqjson2_atributo, es_propietario) +
+                                        sizeof(tqbool));
+}
 
 // Allocates a node and fills its fields in order. The three pointers are taken over through
 // their addresses; a null address gives a null field.
@@ -49,6 +59,9 @@ tqjson2_nodo_t *i_crea_nodo_texto_unicode(tqbool codifica, char16_t **texto_unic
 tqjson2_atributo_t *i_crea_atributo(char16_t **nombre, tqbool es_propietario,
                                     tqjson2_nodo_t *valor);
 tqjson2_atributo_t *i_crea_atributo_propietario(char16_t **nombre, tqjson2_nodo_t **nodo);
+// An owning member whose name, a copy of the `unidades` units at `nombre`, stands in its block.
+tqjson2_atributo_t *i_crea_atributo_propietario_con_nombre(const char16_t *nombre, size_t unidades,
+                                                           tqjson2_nodo_t **nodo);
 // A member with a copy of the name that borrows `valor`: the tree never destroys it.
 tqjson2_atributo_t *i_crea_atributo_const(const char16_t *nombre, tqjson2_nodo_t *valor);
 void i_destruye_atributo(tqjson2_atributo_t **atributo);

@@ -180,5 +180,11 @@ TEST(Parser, ReadTreesGrowWhenAppendedTo) {
     tqjson2_append_long_a_objeto(raiz, u"d", 4);
     EXPECT_EQ(take_text(tqjson2_genera_texto_utf8_minificado(raiz)),
               "{\"a\" : [1,2,3,4,5,6,7,8,9],\"b\" : [true],\"c\" : {\"x\" : null},\"d\" : 4}");
+    // A member made by the read (its name in its own block) is taken out like any other.
+    tqjson2_nodo_t *extraido = nullptr;
+    ASSERT_EQ(tqjson2_se_extrae_atributo_con_nombre_de_objeto(raiz, u"b", &extraido), CIERTO);
+    EXPECT_EQ(take_text(tqjson2_genera_texto_utf8_minificado(extraido)), "[true]");
+    EXPECT_EQ(tqjson2_existe_atributo_con_nombre_may_o_min_en_objeto(raiz, u"C", &c), CIERTO);
+    tqjson2_destruye_nodo(&extraido);
     tqjson2_destruye_nodo(&raiz);
 }
