@@ -27,31 +27,17 @@ i_destino_gltf_t i_crea_destino(uint32_t tipo_destino, lc_fichero_t *fichero,
     return {tipo_destino, fichero, {nullptr, 0, 0}, 0, conf};
 }
 
-void i_abre_linea(i_destino_gltf_t *destino_gltf, uint32_t profundidad, tqbool indentado) {
-    destino_gltf->inicio_linea = destino_gltf->texto.longitud;
-    const size_t espacios = uint64_t{profundidad} * i_NUM_ESPACIOS_POR_NIVEL;
-    if (indentado != CIERTO || espacios == 0)
-        return;
-    std::memset(i_reserva_salida(&destino_gltf->texto, espacios), ' ', espacios);
-    destino_gltf->texto.longitud += espacios;
-}
-
-void i_emite_linea(i_destino_gltf_t *destino_gltf, tqbool con_coma, tqbool indentado) {
-    i_salida_t *texto = &destino_gltf->texto;
-    if (con_coma == CIERTO)
-        i_anade_byte(texto, ',');
-    if (indentado == CIERTO)
-        i_anade_byte(texto, '\n');
+void i_entrega_linea(i_destino_gltf_t *destino_gltf) {
     switch (destino_gltf->tipo_destino) {
         case i_DESTINO_FICHERO:
-            if (texto->longitud >= i_UMBRAL_VOLCADO)
+            if (destino_gltf->texto.longitud >= i_UMBRAL_VOLCADO)
                 i_vuelca_destino(destino_gltf);
             break;
         case i_DESTINO_LINEAS:
             break;
         default: // the line has nowhere to go
             i_ERROR_DEFAULT();
-            texto->longitud = destino_gltf->inicio_linea;
+            destino_gltf->texto.longitud = destino_gltf->inicio_linea;
             break;
     }
 }

@@ -91,7 +91,8 @@ void i_escribe_escalar(i_salida_t *texto, const tqjson2_nodo_t *nodo) {
                 i_texto_double(nodo->valor_double, i_reserva_salida(texto, i_TAM_TEXTO_DOUBLE));
             break;
         case TQJSON_TIPO_BOOLEANO:
-            i_anade_palabra(texto, nodo->booleano == CIERTO ? i_PALABRA_RESERVADA_TRUE : i_PALABRA_RESERVADA_FALSE);
+            i_anade_palabra(texto, nodo->booleano == CIERTO ? i_PALABRA_RESERVADA_TRUE
+                                                            : i_PALABRA_RESERVADA_FALSE);
             break;
         default: // TQJSON_TIPO_NULL
             i_anade_palabra(texto, i_PALABRA_RESERVADA_NULL);

@@ -55,10 +55,32 @@ inline void i_anade_byte(i_salida_t *salida, char byte) {
 i_destino_gltf_t i_crea_destino(uint32_t tipo_destino, lc_fichero_t *fichero,
                                 const tqjson2_conf_escritura_t *conf);
 // Starts a line: in the indented layout, `profundidad` x i_NUM_ESPACIOS_POR_NIVEL spaces.
-void i_abre_linea(i_destino_gltf_t *destino_gltf, uint32_t profundidad, tqbool indentado);
-// Ends the line built since i_abre_linea with its comma and line feed and delivers it: a file
-// receives its pending lines once enough of them have gathered.
-void i_emite_linea(i_destino_gltf_t *destino_gltf, tqbool con_coma, tqbool indentado);
+inline void i_abre_linea(i_destino_gltf_t *destino_gltf, uint32_t profundidad, tqbool indentado) {
+    destino_gltf->inicio_linea = destino_gltf->texto.longitud;
+    const size_t espacios = uint64_t{profundidad} * i_NUM_ESPACIOS_POR_NIVEL;
+    if (indentado != CIERTO || espacios == 0)
+        return;
+    std::memset(i_reserva_salida(&destino_gltf->texto, espacios), ' ', espacios);
+    destino_gltf->texto.longitud += espacios;
+}
+
+// Delivers a finished line to a destination other than the in-memory text: a file receives
+// its pending lines once enough of them have gathered; an impossible kind drops the line.
+void i_entrega_linea(i_destino_gltf_t *destino_gltf);
+
+// Ends the line built since i_abre_linea with its comma and line feed and delivers it.
+inline void i_emite_linea(i_destino_gltf_t *destino_gltf, tqbool con_coma, tqbool indentado) {
+    i_salida_t *texto = &destino_gltf->texto;
+    char *fin = i_reserva_salida(texto, 2);
+    if (con_coma == CIERTO)
+        *fin++ = ',';
+    if (indentado == CIERTO)
+        *fin++ = '\n';
+    texto->longitud = static_cast<size_t>(fin - texto->datos);
+    if (destino_gltf->tipo_destino != i_DESTINO_LINEAS) [[unlikely]]
+        i_entrega_linea(destino_gltf);
+}
+
 // Hands a file destination's pending lines to the file; nothing for other kinds.
 void i_vuelca_destino(i_destino_gltf_t *destino_gltf);
 // The text joined in memory, zero-terminated and of exact size; the buffer becomes the
