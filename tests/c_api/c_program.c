@@ -24,13 +24,9 @@ static void cuenta_reportes(const char *condicion, const char *modulo, int linea
 int main(void) {
     error_interno_set_manejador(cuenta_reportes);
 
-    tqjson2_nodo_t *nodos[6];
-    nodos[0] = tqjson2_crea_nodo_objeto();
-    nodos[1] = tqjson2_crea_nodo_array();
-    nodos[2] = tqjson2_crea_nodo_entero(-7);
-    nodos[3] = tqjson2_crea_nodo_double(0.25);
-    nodos[4] = tqjson2_crea_nodo_booleano(CIERTO);
-    nodos[5] = tqjson2_crea_nodo_null();
+    tqjson2_nodo_t *nodos[] = {tqjson2_crea_nodo_objeto(),         tqjson2_crea_nodo_array(),
+                               tqjson2_crea_nodo_entero(-7),       tqjson2_crea_nodo_double(0.25),
+                               tqjson2_crea_nodo_booleano(CIERTO), tqjson2_crea_nodo_null()};
     for (int i = 0; i < 6; ++i) {
         COMPRUEBA(nodos[i] != NULL);
         tqjson2_destruye_nodo(&nodos[i]);
@@ -44,9 +40,7 @@ int main(void) {
     tqjson2_destruye_nodo(&cadena);
 
     char16_t *ancha = marlspy_nousar_malloc(3 * sizeof(char16_t));
-    ancha[0] = u'\u00F1';
-    ancha[1] = u'/';
-    ancha[2] = 0;
+    memcpy(ancha, u"\u00F1/", 3 * sizeof(char16_t));
     tqjson2_nodo_t *escapada = tqjson2_crea_nodo_texto_unicode_a_utf8(&ancha);
     COMPRUEBA(ancha == NULL && escapada != NULL);
     tqjson2_destruye_nodo(&escapada);

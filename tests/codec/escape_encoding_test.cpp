@@ -14,15 +14,12 @@ std::string stored(const std::u16string &texto, tqbool codifica) {
     char16_t *propio = wide(texto.c_str());
     char *utf8 = i_convierte_texto_unicode_a_utf8(codifica, &propio);
     EXPECT_EQ(propio, nullptr);
-    std::string out(utf8);
-    marlstr_destruye(&utf8);
-    return out;
+    return take(utf8);
 }
 
 } // namespace
 
 TEST(EscapeEncoding, StoresControlsSolidusAndBackslashAsEscapes) {
-    RecordingHandler handler;
     const struct {
         const char *label;
         std::u16string input;
@@ -48,7 +45,6 @@ TEST(EscapeEncoding, StoresControlsSolidusAndBackslashAsEscapes) {
     ASSERT_EQ(thousand.size(), 6000u);
     for (size_t i = 0; i < thousand.size(); i += 6)
         ASSERT_EQ(thousand.compare(i, 6, "\\u0001"), 0) << i;
-    EXPECT_TRUE(handler.reports().empty());
 }
 
 TEST(EscapeEncoding, EveryUnitEscapesExactlyWhenItIsAControlSolidusOrBackslash) {
@@ -78,9 +74,7 @@ TEST(EscapeEncoding, BrokenPreconditionsAreReported) {
     EXPECT_EQ(std::u16string(secuencia), u"x"); // refused: the buffer is left alone
     i_copia_secuencia_escape(largo.substr(1).c_str(), secuencia);
     EXPECT_EQ(std::u16string(secuencia), largo.substr(1)); // 62 units and the terminator fit
-    char *vacio = i_convierte_texto_unicode_a_utf8(CIERTO, nullptr);
-    EXPECT_STREQ(vacio, "");
-    marlstr_destruye(&vacio);
+    EXPECT_EQ(take(i_convierte_texto_unicode_a_utf8(CIERTO, nullptr)), "");
     i_codifica_secuencias_escape(nullptr);
     EXPECT_EQ(
         handler.conditions(),

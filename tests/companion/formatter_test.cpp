@@ -10,15 +10,9 @@
 
 #include "companion/formatter.h"
 #include "support/recording_handler.h"
-#include "tqbase/cadenas.h"
+#include "support/texts.h"
 
 namespace {
-std::u16string take(char16_t *texto) {
-    std::u16string s(texto);
-    widestr_nousar_destruye(&texto, "caller", 1);
-    return s;
-}
-
 // C's own "%.*G", widened to UTF-16.
 std::u16string printf_g(int precision, double valor) {
     char texto[1024];
@@ -74,16 +68,13 @@ TEST(Formatter, GeneralFormatAgreesWithPrintfOverRandomDoubles) {
     }
 }
 
-TEST(Formatter, IntegersAtTheirLimits) {
+TEST(Formatter, IntegersAtTheirLimitsTextAndNumbersMix) {
     EXPECT_EQ(take(copiaforu_nousar_formatea(u"%i %i %i", INT32_MIN, INT32_MAX, 0)),
               u"-2147483648 2147483647 0");
     EXPECT_EQ(take(copiaforu_nousar_formatea(u"%ld.0|%ld.0", INT32_MIN, INT32_MAX)),
               u"-2147483648.0|2147483647.0");
     EXPECT_EQ(take(copiaforu_nousar_formatea(u"%lld %Id", INT64_MIN, INT64_MAX)),
               u"-9223372036854775808 9223372036854775807");
-}
-
-TEST(Formatter, TextAndNumbersMix) {
     const char16_t *clave = u"año";
     EXPECT_EQ(take(copiaforu_nousar_formatea(u"\"%s\" : %i, %.*G%%", clave, -7, 17, 0.5)),
               u"\"año\" : -7, 0.5%");

@@ -1,27 +1,18 @@
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <cstdio>
-#include <filesystem>
-#include <fstream>
+#include <cstring>
 #include <map>
+#include <tuple>
 
 #include "companion/directory.h"
 #include "companion/lexer.h"
 #include "companion/unicode.h"
-#include "support/recording_handler.h"
-#include "tqbase/cadenas.h"
+#include "support/temp_file.h"
+#include "support/texts.h"
 
 namespace {
-namespace fs = std::filesystem;
 using Crea16 = anlex_t *(*)(const char16_t *, anlex_palabras_reservadas_t **, tqbool);
-
-// Every test here also checks that no internal error was reported.
-class Quiet : public testing::Test {
-  protected:
-    void TearDown() override { EXPECT_EQ(handler_.conditions(), std::vector<std::string>{}); }
-    RecordingHandler handler_;
-};
 
 anlex_palabras_reservadas_t *json_words() {
     anlex_palabras_reservadas_t *palabras = anlex_crea_palabras_reservadas_vacio();
@@ -29,13 +20,6 @@ anlex_palabras_reservadas_t *json_words() {
     anlex_append_palabra_reservada_ulong_u(palabras, 8, u"false");
     anlex_append_palabra_reservada_ulong_u(palabras, 9, u"null");
     return palabras;
-}
-
-std::string utf8(const char16_t *wide) {
-    char *texto = unicode_convierte_UNICODE_a_UTF8(wide);
-    std::string s(texto);
-    marlstr_destruye(&texto);
-    return s;
 }
 
 // The whole token sequence: punctuation as itself, I(value) and R(value) constants, L(text)
@@ -59,7 +43,7 @@ std::string describe(anlex_t *lex, bool positions) {
                           real ? anlex_get_cte_real(lex) : anlex_get_cte_entera_double(lex));
             item = (real ? "R(" : "I(") + std::string(valor) + ")";
         } else if (token == ANLEX_LITERAL) {
-            item = "L(" + utf8(anlex_get_literal(lex)) + ")";
+            item = "L(" + take(unicode_convierte_UNICODE_a_UTF8(anlex_get_literal(lex))) + ")";
         } else if (token == ANLEX_PALABRA_RESERVADA) {
             item = "W" + std::to_string(anlex_get_id_palabra_reservada_ulong(lex));
         }
@@ -108,30 +92,12 @@ std::string lex(Crea16 crea, const std::u16string &texto, uint32_t buffer = 0) {
     return run(start(crea(texto.c_str(), &palabras, CIERTO), true, buffer), true);
 }
 
-struct TempFile {
-    explicit TempFile(const std::string &bytes) {
-        static int n = 0;
-        path = fs::path(testing::TempDir()) /
-               ("tq_lexer_" + std::to_string(getpid()) + "_" + std::to_string(n++) + "_é😀.txt");
-        std::ofstream(path, std::ios::binary) << bytes;
-    }
-    ~TempFile() { fs::remove(path); }
-    fs::path path;
-};
-
-std::string utf16(const std::u16string &texto, bool big_endian) {
-    std::string bytes = big_endian ? "\xFE\xFF" : "\xFF\xFE";
-    for (const char16_t u : texto)
-        bytes += big_endian ? std::string{char(u >> 8), char(u & 0xFF)}
-                            : std::string{char(u & 0xFF), char(u >> 8)};
-    return bytes;
-}
 } // namespace
 
-using Lexer = Quiet;
-using Directory = Quiet;
-
-TEST_F(Lexer, TokensOfEveryKindNumbersWordsAndErrors) {
+// Rows whose tokens carry positions are read with them: where tokens begin, in lines and UTF-16
+// columns. 2^82 + 2^29 (...616) lies halfway between the doubles 2^82 (...5167e+24) and
+// 2^82 + 2^30 (...5178e+24): the tie goes to the even one, anything above up.
+TEST(Lexer, TokensOfEveryKindNumbersWordsErrorsAndPositions) {
     const struct {
         const char *texto, *tokens;
     } rows[] = {{R"({"a": [1, -2.5, true, x]})", "{ L(a) : [ I(1) , - R(2.5) , W7 , N ] }"},
@@ -139,8 +105,6 @@ TEST_F(Lexer, TokensOfEveryKindNumbersWordsAndErrors) {
                  "I(0) I(0) I(1) R(1.5) R(100000) R(100000) R(0.25) - R(0)"},
                 {"1. 1e .5 0x1 -5", "I(1) X I(1) N X I(5) I(0) N - I(5)"},
                 {"1e400 1e-400", "R(inf) R(0)"},
-                // 2^82 + 2^29 (...616) lies halfway between the doubles 2^82 (...5167e+24) and
-                // 2^82 + 2^30 (...5178e+24): the tie goes to the even one, anything above up.
                 {"4835703278458517235695616 4835703278458517235695617 "
                  "4835703278458517235695616.5 48357032784585172356956160e-1",
                  "I(4.8357032784585167e+24) I(4.8357032784585178e+24) R(4.8357032784585178e+24) "
@@ -149,16 +113,21 @@ TEST_F(Lexer, TokensOfEveryKindNumbersWordsAndErrors) {
                 {"@ é \x80 😀 \x80x", "X X X X X N"},
                 {"\"ab\ncd \"a\\\"", "X N X"},
                 {"\"a\\", "X"},
-                {" \t\r\n\v\f", ""}};
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.texto);
-        EXPECT_EQ(lex(row.texto), row.tokens);
-    }
+                {" \t\r\n\v\f", ""},
+                {"", "E@1:1"},
+                {"  a\n\n  b\n", "N@1:3 N@3:3 E@4:1"},
+                {"a\r\n\tb", "N@1:1 N@2:2 E@2:3"},
+                {"\v\f[12.5e3,-7]", "[@1:3 R(12500)@1:4 ,@1:10 -@1:11 I(7)@1:12 ]@1:13 E@1:14"},
+                {"\"😀\" \"€\" x", "L(😀)@1:1 L(€)@1:6 N@1:10 E@1:11"},
+                {"@é\x80😀x", "X@1:1 X@1:2 X@1:3 X@1:4 N@1:6 E@1:7"}};
+    for (const auto &row : rows)
+        EXPECT_EQ(lex(row.texto, std::strchr(row.tokens, '@')), row.tokens) << row.texto;
     // Without the criterion a literal runs to the next quotation mark.
     EXPECT_EQ(lex("\"a\\\" \"b\nc\" x", true, false), "L(a\\)@1:1 L(b\nc)@1:6 N@2:4 E@2:5");
 }
 
-TEST_F(Lexer, JsonLiteralsGiveWideTextWithBareQuotesAndTheirRawBytes) {
+// The wide text has bare quotation marks; the raw bytes and the backslash flag are as written.
+TEST(Lexer, JsonLiteralsGiveWideTextWithBareQuotesAndTheirRawBytes) {
     const struct {
         const char *texto;
         std::u16string ancho;
@@ -175,33 +144,18 @@ TEST_F(Lexer, JsonLiteralsGiveWideTextWithBareQuotesAndTheirRawBytes) {
         SCOPED_TRACE(row.texto);
         anlex_t *lex = open(row.texto);
         ASSERT_EQ(anlex_lee_token(lex), uint32_t{ANLEX_LITERAL});
-        EXPECT_EQ(std::u16string(anlex_get_literal(lex)), row.ancho);
         size_t longitud = 99;
         tqbool con_barras = 99;
         const char *crudo = anlex_get_literal_utf8(lex, &longitud, &con_barras);
-        EXPECT_EQ(std::string(crudo, longitud), row.crudo);
-        EXPECT_EQ(con_barras, row.con_barras);
+        EXPECT_EQ(std::tuple(std::u16string(anlex_get_literal(lex)), std::string(crudo, longitud),
+                             con_barras),
+                  std::tuple(row.ancho, row.crudo, row.con_barras));
         EXPECT_EQ(anlex_lee_token(lex), uint32_t{ANLEX_FIN});
         anlex_destruye(&lex);
     }
 }
 
-TEST_F(Lexer, PositionsAreWhereTokensBeginInLinesAndUtf16Columns) {
-    const struct {
-        const char *texto, *tokens;
-    } rows[] = {{"", "E@1:1"},
-                {"  a\n\n  b\n", "N@1:3 N@3:3 E@4:1"},
-                {"a\r\n\tb", "N@1:1 N@2:2 E@2:3"},
-                {"\v\f[12.5e3,-7]", "[@1:3 R(12500)@1:4 ,@1:10 -@1:11 I(7)@1:12 ]@1:13 E@1:14"},
-                {"\"😀\" \"€\" x", "L(😀)@1:1 L(€)@1:6 N@1:10 E@1:11"},
-                {"@é\x80😀x", "X@1:1 X@1:2 X@1:3 X@1:4 N@1:6 E@1:7"}};
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.texto);
-        EXPECT_EQ(lex(row.texto, true), row.tokens);
-    }
-}
-
-TEST_F(Lexer, EveryInputGivesTheSameTokensAndPositions) {
+TEST(Lexer, EveryInputGivesTheSameTokensAndPositions) {
     const struct {
         std::string utf8;
         std::u16string ancho;
@@ -216,33 +170,33 @@ TEST_F(Lexer, EveryInputGivesTheSameTokensAndPositions) {
         SCOPED_TRACE(row.tokens);
         EXPECT_EQ(lex(row.utf8.c_str(), true), row.tokens);
         EXPECT_EQ(lex(anlex_crea_analizando_memoria, row.ancho), row.tokens);
-        for (const std::string &bytes : {row.utf8, "\xEF\xBB\xBF" + row.utf8,
-                                         utf16(row.ancho, false), utf16(row.ancho, true)}) {
+        for (const std::string &bytes :
+             {row.utf8, "\xEF\xBB\xBF" + row.utf8, utf16_file(row.ancho, false),
+              utf16_file(row.ancho, true)}) {
             const TempFile file(bytes);
             for (const Crea16 crea :
                  {anlex_crea_analizando_fichero, anlex_crea_analizando_fichero_lectura_con_fread})
                 for (const uint32_t buffer : {3u, 0u}) {
                     SCOPED_TRACE(testing::Message() << bytes.size() << " bytes, buffer " << buffer);
-                    EXPECT_EQ(lex(crea, file.path.u16string(), buffer), row.tokens);
+                    EXPECT_EQ(lex(crea, file.wide(), buffer), row.tokens);
                 }
         }
     }
-    const std::u16string missing = TempFile("").path.u16string(); // removed at once
-    EXPECT_EQ(lex(anlex_crea_analizando_fichero, missing, 3), "E@1:1");
-    EXPECT_EQ(lex(anlex_crea_analizando_fichero_lectura_con_fread, missing), "E@1:1");
+    const TempFile missing;
+    EXPECT_EQ(lex(anlex_crea_analizando_fichero, missing.wide(), 3), "E@1:1");
+    EXPECT_EQ(lex(anlex_crea_analizando_fichero_lectura_con_fread, missing.wide()), "E@1:1");
 }
 
-TEST_F(Lexer, TakenTablesGoWithTheLexerAndBorrowedOnesStayTheCallers) {
+TEST(Lexer, TakenTablesGoWithTheLexerAndBorrowedOnesStayTheCallers) {
     anlex_palabras_reservadas_t *prestada = anlex_crea_palabras_reservadas_vacio();
     std::u16string palabra = u"clave"; // the table keeps a copy
     anlex_append_palabra_reservada_ulong_u(prestada, 5, palabra.c_str());
     palabra[0] = u'x';
     anlex_palabras_reservadas_t *const original = prestada;
     const TempFile file("clave");
-    const std::u16string nombre = file.path.u16string();
     for (const Crea16 crea : {anlex_crea_analizando_memoria, anlex_crea_analizando_fichero,
                               anlex_crea_analizando_fichero_lectura_con_fread}) {
-        const char16_t *entrada = crea == anlex_crea_analizando_memoria ? u"clave" : nombre.c_str();
+        const char16_t *entrada = crea == anlex_crea_analizando_memoria ? u"clave" : file.wide();
         anlex_t *presta = crea(entrada, &prestada, FALSO);
         anlex_palabras_reservadas_t *tomada = json_words();
         anlex_t *toma = crea(entrada, &tomada, CIERTO);
@@ -256,7 +210,7 @@ TEST_F(Lexer, TakenTablesGoWithTheLexerAndBorrowedOnesStayTheCallers) {
     EXPECT_EQ(prestada, nullptr);
 }
 
-TEST_F(Lexer, SaltaHastaToken2IgualStopsOnEitherKindAtTheEndOrAtTheBound) {
+TEST(Lexer, SaltaHastaToken2IgualStopsOnEitherKindAtTheEndOrAtTheBound) {
     anlex_t *lex = open(R"([1, {"a": 2}, x] y z)");
     EXPECT_EQ(anlex_salta_hasta_token2_igual(lex, ANLEX_LLAVE_CER, ANLEX_DOS_PUNTOS, 0), CIERTO);
     EXPECT_EQ(anlex_get_token(lex), uint32_t{ANLEX_DOS_PUNTOS});
@@ -270,10 +224,10 @@ TEST_F(Lexer, SaltaHastaToken2IgualStopsOnEitherKindAtTheEndOrAtTheBound) {
     anlex_destruye(&lex);
 }
 
-TEST_F(Directory, ExisteFicheroIsTrueOnlyForAnExistingRegularFile) {
+TEST(Directory, ExisteFicheroIsTrueOnlyForAnExistingRegularFile) {
     const TempFile file("x");
-    EXPECT_EQ(cdir_existe_fichero_UNICODE(file.path.u16string().c_str()), CIERTO);
-    EXPECT_EQ(cdir_existe_fichero_UNICODE((file.path.u16string() + u"_no").c_str()), FALSO);
-    EXPECT_EQ(cdir_existe_fichero_UNICODE(fs::path(testing::TempDir()).u16string().c_str()), FALSO);
+    EXPECT_EQ(cdir_existe_fichero_UNICODE(file.wide()), CIERTO);
+    EXPECT_EQ(cdir_existe_fichero_UNICODE((file.wide() + std::u16string(u"_no")).c_str()), FALSO);
+    EXPECT_EQ(cdir_existe_fichero_UNICODE(u"/"), FALSO);
     EXPECT_EQ(cdir_existe_fichero_UNICODE(u""), FALSO);
 }

@@ -41,16 +41,13 @@ void mi_manejador(int) {}
 
 } // namespace
 
-TEST(TrapFrames, AnAccessFaultIsCaughtAndTheProcessGoesOn) {
+// A report is seen by the handler first; outside any frame it returns.
+TEST(TrapFrames, AnAccessFaultOrAReportInsideAFrameIsCaughtAndTheProcessGoesOn) {
     int32_t codigo = 0;
     EXPECT_EQ(guard([] { read_unreadable(); }, &codigo), Outcome::Caught);
     EXPECT_EQ(codigo, SIGSEGV);
     EXPECT_EQ(guard([] {}), Outcome::Completed);
-}
-
-TEST(TrapFrames, AReportInsideAFrameIsSeenByTheHandlerThenCaught) {
     RecordingHandler handler;
-    int32_t codigo = 0;
     volatile bool after_report = false;
     EXPECT_EQ(guard(
                   [&] {
@@ -62,7 +59,7 @@ TEST(TrapFrames, AReportInsideAFrameIsSeenByTheHandlerThenCaught) {
     EXPECT_FALSE(after_report);
     EXPECT_EQ(codigo, TRAPABLE_CODIGO_ERROR_INTERNO);
     EXPECT_EQ(handler.conditions(), (std::vector<std::string>{"(texto) != NULL"}));
-    error_interno("outside", "m", 4, 0); // no frame: the report returns
+    error_interno("outside", "m", 4, 0);
     EXPECT_EQ(handler.reports().size(), 2u);
 }
 
@@ -99,21 +96,28 @@ TEST(TrapFrames, FramesNestAndAFailureInAFallbackGoesToTheEnclosingFrame) {
 }
 
 TEST(TrapFrames, ThePreviousSignalDispositionsComeBackWhenTheOutermostFrameCloses) {
+    const auto handler_of = [](int senal) {
+        struct sigaction actual {};
+        sigaction(senal, nullptr, &actual);
+        return actual.sa_handler;
+    };
     struct sigaction mine {
-    }, previous{}, now{};
+    }, previous_segv{}, previous_bus{};
     mine.sa_handler = mi_manejador;
     sigemptyset(&mine.sa_mask);
-    ASSERT_EQ(sigaction(SIGSEGV, &mine, &previous), 0);
-    guard([] {
-        struct sigaction inside {};
-        sigaction(SIGSEGV, nullptr, &inside);
-        EXPECT_NE(inside.sa_handler, mi_manejador); // the frames hold the disposition meanwhile
+    ASSERT_EQ(sigaction(SIGSEGV, &mine, &previous_segv), 0);
+    ASSERT_EQ(sigaction(SIGBUS, &mine, &previous_bus), 0);
+    const auto held = [&] {
+        return handler_of(SIGSEGV) != mi_manejador && handler_of(SIGBUS) != mi_manejador;
+    };
+    guard([&] {
+        // The frames hold both dispositions meanwhile, and an inner frame closing keeps them.
+        EXPECT_TRUE(held());
         guard([] { read_unreadable(); });
-        sigaction(SIGSEGV, nullptr, &inside);
-        EXPECT_NE(inside.sa_handler, mi_manejador); // an inner frame closing does not restore it
+        EXPECT_TRUE(held());
     });
-    sigaction(SIGSEGV, nullptr, &now);
-    EXPECT_EQ(now.sa_handler, mi_manejador);
-    sigaction(SIGBUS, nullptr, &now);
-    sigaction(SIGSEGV, &previous, nullptr);
+    EXPECT_EQ(handler_of(SIGSEGV), mi_manejador);
+    EXPECT_EQ(handler_of(SIGBUS), mi_manejador);
+    sigaction(SIGSEGV, &previous_segv, nullptr);
+    sigaction(SIGBUS, &previous_bus, nullptr);
 }

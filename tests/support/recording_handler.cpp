@@ -1,36 +1,19 @@
+// Installs a handler around every test that fails it on any report no RecordingHandler keeps.
+#include <gtest/gtest.h>
+
 #include "support/recording_handler.h"
 
-#include "tqbase/error_interno.h"
-
 namespace {
-std::vector<Report> g_reports;
-error_interno_manejador_t g_previous = nullptr;
-
-void record(const char *condicion, const char *modulo, int linea) {
-    g_reports.push_back({condicion ? condicion : "", modulo ? modulo : "", linea});
+void unexpected(const char *condicion, const char *modulo, int linea) {
+    ADD_FAILURE() << "unexpected report: " << Report{condicion, modulo, linea};
 }
+
+class StrictReports : public testing::EmptyTestEventListener {
+    void OnTestStart(const testing::TestInfo &) override {
+        error_interno_set_manejador(unexpected);
+    }
+    void OnTestEnd(const testing::TestInfo &) override { error_interno_set_manejador(nullptr); }
+};
+const bool g_strict =
+    (testing::UnitTest::GetInstance()->listeners().Append(new StrictReports), true);
 } // namespace
-
-RecordingHandler::RecordingHandler() {
-    g_reports.clear();
-    g_previous = error_interno_set_manejador(record);
-}
-
-RecordingHandler::~RecordingHandler() {
-    error_interno_set_manejador(g_previous);
-}
-
-const std::vector<Report> &RecordingHandler::reports() const {
-    return g_reports;
-}
-
-std::vector<std::string> RecordingHandler::conditions() const {
-    std::vector<std::string> out;
-    for (const Report &r : g_reports)
-        out.push_back(r.condicion);
-    return out;
-}
-
-void RecordingHandler::clear() {
-    g_reports.clear();
-}

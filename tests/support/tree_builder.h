@@ -1,4 +1,5 @@
-// Trees built through the exports in one expression: obj({{u"a", integer(1)}}), arr({...}).
+// Trees built through the exports in one expression, obj({{u"a", integer(1)}}), arr({...}),
+// and written back as text.
 #pragma once
 
 #include <initializer_list>
@@ -6,6 +7,7 @@
 #include <utility>
 
 #include "companion/wide_strings.h"
+#include "support/texts.h"
 #include "tqjson2.h"
 
 inline tqjson2_nodo_t *integer(int32_t valor) {
@@ -46,9 +48,18 @@ obj(std::initializer_list<std::pair<const char16_t *, tqjson2_nodo_t *>> miembro
     return objeto;
 }
 
-// A text of the tqbase memory component turned into a std::string and freed.
-inline std::string take_text(char *texto) {
-    std::string s(texto);
-    marlstr_destruye(&texto);
-    return s;
+// A tree destroyed at the end of the scope.
+struct Tree {
+    tqjson2_nodo_t *raiz;
+    ~Tree() {
+        if (raiz)
+            tqjson2_destruye_nodo(&raiz);
+    }
+};
+
+inline std::string indented(const tqjson2_nodo_t *raiz) {
+    return take(tqjson2_genera_texto_utf8(raiz));
+}
+inline std::string minified(const tqjson2_nodo_t *raiz) {
+    return take(tqjson2_genera_texto_utf8_minificado(raiz));
 }

@@ -5,83 +5,66 @@
 
 namespace {
 tqjson2_nodo_t *const kUntouched = reinterpret_cast<tqjson2_nodo_t *>(0x1);
+const auto exacta = tqjson2_existe_atributo_con_nombre_en_objeto;
+const auto exacta2 = tqjson2_existe_atributo_con_nombre_en_objeto2;
+const auto may_o_min = tqjson2_existe_atributo_con_nombre_may_o_min_en_objeto;
+const auto extrae = tqjson2_se_extrae_atributo_con_nombre_de_objeto;
+
+// A lookup's result and the value it wrote (kUntouched: none).
+using Found = std::pair<tqbool, tqjson2_nodo_t *>;
+template <class F> Found look(F lookup, tqjson2_nodo_t *objeto, const char16_t *nombre) {
+    tqjson2_nodo_t *valor = kUntouched;
+    const tqbool hay = lookup(objeto, nombre, &valor);
+    return {hay, valor};
 }
+} // namespace
 
 TEST(Lookups, TheExactLookupNeedsOneMemberOfThatVeryName) {
-    RecordingHandler handler;
-    tqjson2_nodo_t *o = tqjson2_crea_nodo_objeto();
-    tqjson2_append_long_a_objeto(o, u"id", 1);
-    tqjson2_append_long_a_objeto(o, u"Id", 2);
-    tqjson2_append_long_a_objeto(o, u"dos", 3);
-    tqjson2_append_long_a_objeto(o, u"dos", 4);
-    tqjson2_nodo_t *valor = kUntouched;
-    EXPECT_EQ(tqjson2_existe_atributo_con_nombre_en_objeto(o, u"Id", &valor), CIERTO);
-    EXPECT_EQ(valor->entero, 2);
-    EXPECT_EQ(tqjson2_existe_atributo_con_nombre_en_objeto2(o, u"id", &valor), CIERTO);
-    EXPECT_EQ(valor->entero, 1);
-    EXPECT_EQ(tqjson2_existe_atributo_con_nombre_en_objeto(o, u"dos", &valor), FALSO);
-    EXPECT_EQ(valor, nullptr);
-    EXPECT_EQ(tqjson2_existe_atributo_con_nombre_en_objeto(o, u"ID", nullptr), FALSO);
-    EXPECT_EQ(tqjson2_existe_atributo_con_nombre_en_objeto(o, u"id", nullptr), CIERTO);
-    EXPECT_EQ(tqjson2_se_extrae_atributo_con_nombre_de_objeto(o, u"dos", &valor), FALSO);
-    EXPECT_EQ(valor, nullptr);
-    EXPECT_EQ(arr_NumElemsPuntero(o->atributos_objeto), 4u);
-    EXPECT_TRUE(handler.reports().empty());
-    tqjson2_destruye_nodo(&o);
+    Tree o{obj(
+        {{u"id", integer(1)}, {u"Id", integer(2)}, {u"dos", integer(3)}, {u"dos", integer(4)}})};
+    EXPECT_EQ(look(exacta, o.raiz, u"Id"), Found(CIERTO, member_at(o.raiz, 1)->valor));
+    EXPECT_EQ(look(exacta2, o.raiz, u"id"), Found(CIERTO, member_at(o.raiz, 0)->valor));
+    EXPECT_EQ(look(exacta, o.raiz, u"dos"), Found(FALSO, nullptr));
+    EXPECT_EQ(look(extrae, o.raiz, u"dos"), Found(FALSO, nullptr));
+    EXPECT_EQ(exacta(o.raiz, u"ID", nullptr), FALSO);
+    EXPECT_EQ(exacta(o.raiz, u"id", nullptr), CIERTO);
+    EXPECT_EQ(arr_NumElemsPuntero(o.raiz->atributos_objeto), 4u);
 }
 
 TEST(Lookups, IgnoringCaseTheFirstMemberWithAValueWinsOverNulls) {
-    tqjson2_nodo_t *o = tqjson2_crea_nodo_objeto();
-    tqjson2_append_null_a_objeto(o, u"Ñu");
-    tqjson2_append_long_a_objeto(o, u"ñU", 5);
-    tqjson2_append_long_a_objeto(o, u"ÑU", 6);
-    tqjson2_append_null_a_objeto(o, u"solo");
-    tqjson2_append_null_a_objeto(o, u"SOLO");
-    tqjson2_nodo_t *valor = kUntouched;
-    EXPECT_EQ(tqjson2_existe_atributo_con_nombre_may_o_min_en_objeto(o, u"ñu", &valor), CIERTO);
-    EXPECT_EQ(valor->entero, 5);
-    EXPECT_EQ(tqjson2_existe_atributo_con_nombre_may_o_min_en_objeto(o, u"Solo", &valor), CIERTO);
-    EXPECT_EQ(valor, member_at(o, 4)->valor); // every match null: the last one's
-    valor = kUntouched;
-    EXPECT_EQ(tqjson2_existe_atributo_con_nombre_may_o_min_en_objeto(o, u"nu", &valor), FALSO);
-    EXPECT_EQ(valor, kUntouched);
-    EXPECT_EQ(tqjson2_existe_atributo_con_nombre_may_o_min_en_objeto(o, u"SOLO", nullptr), CIERTO);
-    tqjson2_destruye_nodo(&o);
+    Tree o{obj({{u"Ñu", null_node()},
+                {u"ñU", integer(5)},
+                {u"ÑU", integer(6)},
+                {u"solo", null_node()},
+                {u"SOLO", null_node()}})};
+    EXPECT_EQ(look(may_o_min, o.raiz, u"ñu"), Found(CIERTO, member_at(o.raiz, 1)->valor));
+    // Every match null: the last one's.
+    EXPECT_EQ(look(may_o_min, o.raiz, u"Solo"), Found(CIERTO, member_at(o.raiz, 4)->valor));
+    EXPECT_EQ(look(may_o_min, o.raiz, u"nu"), Found(FALSO, kUntouched));
+    EXPECT_EQ(may_o_min(o.raiz, u"SOLO", nullptr), CIERTO);
 }
 
+// The caller owns an extracted value; a borrowed one comes back to its owner.
 TEST(Lookups, ExtractionHandsTheValueOverAndKeepsTheOtherMembersInOrder) {
-    RecordingHandler handler;
-    tqjson2_nodo_t *prestado = tqjson2_crea_nodo_entero(42);
-    tqjson2_nodo_t *o = tqjson2_crea_nodo_objeto();
-    tqjson2_append_long_a_objeto(o, u"a", 1);
-    tqjson2_append_cadena_unicode_a_objeto(o, u"b", u"bee");
-    tqjson2_append_puntero_nodo_const_a_objeto(o, u"p", prestado);
-    tqjson2_append_long_a_objeto(o, u"c", 3);
-    tqjson2_nodo_t *valor = nullptr;
-    EXPECT_EQ(tqjson2_se_extrae_atributo_con_nombre_de_objeto(o, u"b", &valor), CIERTO);
-    EXPECT_EQ(text_of(valor), u"bee");
-    tqjson2_destruye_nodo(&valor); // the caller owns it now
-    EXPECT_EQ(tqjson2_se_extrae_atributo_con_nombre_de_objeto(o, u"p", &valor), CIERTO);
-    EXPECT_EQ(valor, prestado); // a borrowed value comes back to its owner
-    ASSERT_EQ(arr_NumElemsPuntero(o->atributos_objeto), 2u);
-    EXPECT_EQ(std::u16string(member_at(o, 0)->nombre), u"a");
-    EXPECT_EQ(std::u16string(member_at(o, 1)->nombre), u"c");
-    tqjson2_destruye_nodo(&o);
-    tqjson2_destruye_nodo(&prestado);
-    EXPECT_TRUE(handler.reports().empty());
+    Tree prestado{integer(42)};
+    Tree o{obj({{u"a", integer(1)}, {u"b", escaped(u"bee")}})};
+    tqjson2_append_puntero_nodo_const_a_objeto(o.raiz, u"p", prestado.raiz);
+    tqjson2_append_long_a_objeto(o.raiz, u"c", 3);
+    Tree valor{nullptr};
+    EXPECT_EQ(extrae(o.raiz, u"b", &valor.raiz), CIERTO);
+    EXPECT_EQ(text_of(valor.raiz), u"bee");
+    EXPECT_EQ(look(extrae, o.raiz, u"p"), Found(CIERTO, prestado.raiz));
+    EXPECT_EQ(minified(o.raiz), "{\"a\" : 1,\"c\" : 3}");
 }
 
 TEST(Lookups, ANonObjectOrNullObjectIsReported) {
     RecordingHandler handler;
-    tqjson2_nodo_t *a = tqjson2_crea_nodo_array();
-    tqjson2_nodo_t *valor = kUntouched;
-    EXPECT_EQ(tqjson2_existe_atributo_con_nombre_en_objeto(a, u"x", &valor), FALSO);
-    EXPECT_EQ(valor, nullptr);
-    EXPECT_EQ(tqjson2_existe_atributo_con_nombre_may_o_min_en_objeto(nullptr, u"x", &valor), FALSO);
-    EXPECT_EQ(tqjson2_se_extrae_atributo_con_nombre_de_objeto(a, u"x", &valor), FALSO);
+    Tree a{arr({})};
+    EXPECT_EQ(look(exacta, a.raiz, u"x"), Found(FALSO, nullptr));
+    EXPECT_EQ(look(may_o_min, nullptr, u"x").first, FALSO);
+    EXPECT_EQ(look(extrae, a.raiz, u"x").first, FALSO);
     EXPECT_EQ(handler.conditions(),
               (std::vector<std::string>{"nodo_objeto->tipo == TQJSON_TIPO_OBJETO",
                                         "(nodo_objeto) != NULL",
                                         "nodo_objeto->tipo == TQJSON_TIPO_OBJETO"}));
-    tqjson2_destruye_nodo(&a);
 }

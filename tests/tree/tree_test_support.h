@@ -3,7 +3,9 @@
 
 #include <cstring>
 #include <string>
+#include <tuple>
 
+#include "support/tree_builder.h"
 #include "tree/nodes.h"
 
 // A wide string from the tqbase memory component, as the creators expect to take over.
@@ -21,24 +23,30 @@ inline uint64_t bits(double valor) {
     return b;
 }
 
-// An array node whose only element is `hijo`, built through the internal creators.
-inline tqjson2_nodo_t *array_of(tqjson2_nodo_t *hijo) {
-    arr_puntero_t *valores = arr_CreaPunteroConTipo(0);
-    arr_AppendPunteroConTipo(valores, hijo);
-    return i_crea_nodo_array_con_valores(&valores);
+// A node's kind, whether it has member and element arrays, its integer, its double's bits, its
+// boolean and its decoded flag.
+using Fields = std::tuple<int32_t, bool, bool, int32_t, uint64_t, tqbool, tqbool>;
+inline Fields fields(const tqjson2_nodo_t *n) {
+    return {n->tipo,
+            n->atributos_objeto != nullptr,
+            n->valores_array != nullptr,
+            n->entero,
+            bits(n->valor_double),
+            n->booleano,
+            n->texto_decodificado};
 }
+// What unused integer and double fields hold.
+constexpr int32_t kFill = 2147483647;
+constexpr uint64_t kFillBits = 0x7FEFFFFFFFFFFFFFull;
 
 // Appends a member to an object node through the internal records.
 inline void add_member(tqjson2_nodo_t *objeto, tqjson2_atributo_t *atributo) {
     arr_AppendPunteroConTipo(objeto->atributos_objeto, atributo);
 }
 
-// The decoded wide text of a string node, freed here.
+// The decoded wide text of a string node.
 inline std::u16string text_of(const tqjson2_nodo_t *nodo) {
-    char16_t *texto = tqjson2_get_valor_cadena_unicode(nodo);
-    std::u16string s(texto);
-    widestr_nousar_destruye(&texto, "test", 0);
-    return s;
+    return take(tqjson2_get_valor_cadena_unicode(nodo));
 }
 
 // The member at `i` of an object node.
