@@ -1,5 +1,6 @@
 // Changing the value of a node in place. The scalar setters pass the fill values for the
-// fields the new kind does not use, so a changed node looks like one created with its kind.
+// fields the new kind does not use; the decoded-text flag is left as it was, and only the
+// setter that stores a text sets it.
 #include "codec/codec.h"
 #include "tree/nodes.h"
 
