@@ -1,21 +1,5 @@
 #!/usr/bin/env bash
 # Installs the peer JSON libraries that peers_bench measures tqjson2 against (Debian packages).
-# Does nothing when they are all present, so repeated runs stay offline and fast.
 set -euo pipefail
-
-packages=(libcjson-dev libjansson-dev libjson-c-dev rapidjson-dev libsimdjson-dev)
-
-missing=()
-for p in "${packages[@]}"; do
-    if ! dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed'; then
-        missing+=("$p")
-    fi
-done
-[ ${#missing[@]} -eq 0 ] && exit 0
-
-sudo_cmd=()
-if [ "$(id -u)" -ne 0 ]; then sudo_cmd=(sudo); fi
-echo "installing: ${missing[*]}"
-"${sudo_cmd[@]}" apt-get update -qq
-DEBIAN_FRONTEND=noninteractive "${sudo_cmd[@]}" apt-get install -y -qq --no-install-recommends \
-    "${missing[@]}"
+cd "$(dirname "$0")/.."
+bash tools/install-deps.sh libcjson-dev libjansson-dev libjson-c-dev rapidjson-dev libsimdjson-dev

@@ -1,9 +1,11 @@
 #!/usr/bin/env bash
-# Installs the Debian packages the build, the tests and the benchmarks need.
-# Does nothing when they are all present, so repeated runs stay offline and fast.
+# Installs the Debian packages the build, the tests and the benchmarks need, and any further
+# packages named as arguments. Does nothing when they are all present, so repeated runs stay
+# offline and fast.
 set -euo pipefail
 
-packages=(g++ cmake ninja-build libgtest-dev libgmock-dev libbenchmark-dev clang-format binutils)
+packages=(g++ cmake ninja-build libgtest-dev libgmock-dev libbenchmark-dev clang-format binutils
+          "$@")
 
 missing=()
 for p in "${packages[@]}"; do
@@ -17,4 +19,5 @@ sudo_cmd=()
 if [ "$(id -u)" -ne 0 ]; then sudo_cmd=(sudo); fi
 echo "installing: ${missing[*]}"
 "${sudo_cmd[@]}" apt-get update -qq
-DEBIAN_FRONTEND=noninteractive "${sudo_cmd[@]}" apt-get install -y -qq "${missing[@]}"
+DEBIAN_FRONTEND=noninteractive "${sudo_cmd[@]}" apt-get install -y -qq --no-install-recommends \
+    "${missing[@]}"
