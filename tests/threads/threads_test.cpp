@@ -1,0 +1,88 @@
+// The library keeps no state between calls but the decoding tolerance counter: reads of one
+// tree may run side by side, and so may whole reads and writes of separate trees, from
+// threads that also free blocks the others allocated. The tsan preset checks them for races.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "support/tree_builder.h"
+
+namespace {
+
+constexpr int kThreads = 4;
+
+// A document of every kind, with escapes and non-ASCII text, different for each seed.
+std::string document(int seed) {
+    std::string texto = "{\"seed\": " + std::to_string(seed) + ", \"items\": [";
+    for (int i = 0; i < 300; ++i)
+        texto += (i ? "," : "") + std::string("{\"id\": ") + std::to_string(i * seed) +
+                 ", \"name\": \"n\\u00e9 \\\"" + std::to_string(i) +
+                 "\\\"\", \"v\": [1.5, -0.25, true, false, null], \"o\": {}}";
+    return texto + "]}";
+}
+
+template <class Work> void in_threads(Work work) {
+    std::vector<std::thread> threads;
+    for (int t = 0; t < kThreads; ++t)
+        threads.emplace_back(work, t);
+    for (std::thread &thread : threads)
+        thread.join();
+}
+
+} // namespace
+
+TEST(Threads, ReadersShareOneTree) {
+    Tree tree{nullptr};
+    ASSERT_EQ(tqjson2_se_lee_texto_utf8(document(7).c_str(), &tree.raiz), CIERTO);
+    const std::string expected_indented = indented(tree.raiz), expected = minified(tree.raiz);
+    std::vector<int> good(kThreads, 0);
+    in_threads([&](int t) {
+        for (int vuelta = 0; vuelta < 5; ++vuelta) {
+            tqjson2_nodo_t *items = nullptr, *nombre = nullptr;
+            const bool found = tqjson2_existe_atributo_con_nombre_may_o_min_en_objeto(
+                                   tree.raiz, u"ITEMS", &items) &&
+                               tqjson2_existe_atributo_con_nombre_en_objeto(
+                                   static_cast<tqjson2_nodo_t *>(
+                                       arr_GetPunteroConTipo(tqjson2_get_valores_array(items), 3)),
+                                   u"name", &nombre);
+            const std::u16string name =
+                found ? take(tqjson2_get_valor_cadena_unicode(nombre)) : u"";
+            good[t] += found && name == u"n\u00e9 \"3\"" &&
+                       indented(tree.raiz) == expected_indented && minified(tree.raiz) == expected;
+        }
+    });
+    EXPECT_EQ(good, std::vector<int>(kThreads, 5));
+}
+
+// Each thread reads, writes and rereads its own trees; the last tree of each is handed to the
+// next thread, which destroys it: blocks cross threads on their way back.
+TEST(Threads, SeparateTreesAreReadAndWrittenSideBySide) {
+    std::vector<std::string> expected(kThreads);
+    for (int t = 0; t < kThreads; ++t) {
+        Tree tree{nullptr};
+        ASSERT_EQ(tqjson2_se_lee_texto_utf8(document(t + 1).c_str(), &tree.raiz), CIERTO);
+        expected[t] = minified(tree.raiz);
+    }
+    std::vector<tqjson2_nodo_t *> handed(kThreads, nullptr);
+    std::vector<int> good(kThreads, 0);
+    in_threads([&](int t) {
+        for (int vuelta = 0; vuelta < 5; ++vuelta) {
+            tqjson2_nodo_t *raiz = nullptr, *otra = nullptr;
+            tqjson2_se_lee_texto_utf8_sin_decodificar_secuencias_utf8(document(t + 1).c_str(),
+                                                                      &raiz);
+            const std::string texto = indented(raiz);
+            tqjson2_se_lee_texto_utf8(texto.c_str(), &otra);
+            good[t] += minified(otra) == expected[t];
+            tqjson2_destruye_nodo(&raiz);
+            if (vuelta < 4)
+                tqjson2_destruye_nodo(&otra);
+            else
+                handed[t] = otra;
+        }
+    });
+    in_threads([&](int t) { tqjson2_destruye_nodo(&handed[(t + 1) % kThreads]); });
+    EXPECT_EQ(good, std::vector<int>(kThreads, 5));
+    EXPECT_EQ(handed, std::vector<tqjson2_nodo_t *>(kThreads, nullptr));
+}
