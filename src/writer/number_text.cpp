@@ -47,6 +47,10 @@ size_t i_texto_double(double numero, char texto[i_TAM_TEXTO_DOUBLE]) {
         return i_copia(texto, i_TEXTO_DOUBLE_MAXIMO, sizeof i_TEXTO_DOUBLE_MAXIMO - 1);
     if (std::fabs(numero) < i_TOLERANCIA)
         return i_copia(texto, "0.0", 3);
+    // An infinity, which a read makes of a number beyond the range of a double, is written as
+    // such a number, so that it reads back as itself.
+    if (std::isinf(numero))
+        return numero > 0 ? i_copia(texto, "1E+999", 6) : i_copia(texto, "-1E+999", 7);
     // Within the 32-bit range (NaN is not), a value within the tolerance of its nearest
     // integer is written as that integer and ".0".
     if (numero <= 2147483647.0 && numero >= -2147483648.0) {
