@@ -151,17 +151,21 @@ void tqjson2_append_time64_t_a_objeto(tqjson2_nodo_t *objeto, const char16_t *et
     i_append_a_objeto(objeto, etiqueta, i_nodo_tiempo(u"%lld", valor));
 }
 
+// Only reading the caller's text can fault: it alone is copied under the guard, so that a
+// failure caught there abandons nothing half-built, and the member is appended after it.
 void tqjson2_append_cadena_unicode_a_objeto_seguro(tqjson2_nodo_t *objeto, const char16_t *etiqueta,
                                                    const char16_t *texto) {
+    char16_t *volatile copia = nullptr; // volatile: assigned between the guard and a jump back
     int32_t estado;
     trapable_marco_t *marco = trapable_nousar_try_catch_INI(FALSO, &estado);
     if (TRAPABLE_GUARDA(marco)) {
-        tqjson2_append_cadena_unicode_a_objeto(objeto, etiqueta, texto);
+        copia = widestr_nousar_copia(texto, i_MODULO, __LINE__);
     } else if (trapable_nousar_ChequeaExcepcion(marco, trapable_nousar_excepcion(marco)) ==
                CIERTO) {
         trapable_nousar_try_catch_ERROR(marco);
-        tqjson2_append_cadena_unicode_a_objeto(objeto, etiqueta,
-                                               u"<Writted uninitialized variable>");
+        copia = widestr_nousar_copia(u"<Writted uninitialized variable>", i_MODULO, __LINE__);
     }
     trapable_nousar_try_catch_END(&marco, FALSO, estado);
+    if (char16_t *propia = copia)
+        i_append_a_objeto(objeto, etiqueta, tqjson2_crea_nodo_texto_unicode_a_utf8(&propia));
 }

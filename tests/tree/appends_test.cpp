@@ -83,4 +83,12 @@ TEST(Appends, TheGuardedAppendStoresThePlaceholderAndTheProcessGoesOn) {
     EXPECT_EQ(minified(o.raiz), "{\"bien\" : \"texto\",\"mal\" : \"<Writted uninitialized "
                                 "variable>\",\"nulo\" : \"<Writted uninitialized variable>\"}");
     EXPECT_EQ(handler.conditions(), (std::vector<std::string>{"(cadena) != NULL"}));
+    // A refused object is reported outside the guard: nothing is left half-built (ASan).
+    handler.clear();
+    Tree a{arr({})};
+    tqjson2_append_cadena_unicode_a_objeto_seguro(nullptr, u"x", u"texto");
+    tqjson2_append_cadena_unicode_a_objeto_seguro(a.raiz, u"x", u"texto");
+    EXPECT_EQ(minified(a.raiz), "[]");
+    EXPECT_EQ(handler.conditions(),
+              (std::vector<std::string>{"(objeto) != NULL", "objeto->tipo == TQJSON_TIPO_OBJETO"}));
 }
