@@ -113,6 +113,8 @@ void i_lee_nombre(i_lectura &lectura) {
     size_t i = 0;
     for (; i < longitud && static_cast<unsigned char>(bytes[i]) < 0x80; ++i)
         destino[i] = static_cast<char16_t>(bytes[i]);
+    if (i == longitud) // all ASCII: already in place, at its exact length
+        return;
     char16_t *fin = unicode_escribe_UTF8_a_UNICODE(bytes + i, longitud - i, destino + i);
     nombres.resize(static_cast<size_t>(fin - nombres.data()));
 }
