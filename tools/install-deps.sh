@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
-# Installs the Debian packages the build, the tests and the benchmarks need, and any further
-# packages named as arguments. Does nothing when they are all present, so repeated runs stay
-# offline and fast.
+# Installs the Debian packages the build, the tests, the fuzz targets and the benchmarks need,
+# and any further packages named as arguments. Does nothing when they are all present, so
+# repeated runs stay offline and fast.
 set -euo pipefail
 
 packages=(g++ cmake ninja-build libgtest-dev libgmock-dev libbenchmark-dev clang-format binutils
-          "$@")
+          clang libclang-rt-14-dev "$@")
 
 missing=()
 for p in "${packages[@]}"; do

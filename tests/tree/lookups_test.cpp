@@ -68,3 +68,19 @@ TEST(Lookups, ANonObjectOrNullObjectIsReported) {
                                         "(nodo_objeto) != NULL",
                                         "nodo_objeto->tipo == TQJSON_TIPO_OBJETO"}));
 }
+
+// Creating a member hands its node over as it is, so a null node gives a member holding
+// nothing: kept, reported by the lookup ignoring case and by the writer, and freed whole.
+TEST(Lookups, AMemberMadeFromANullNodeIsKeptAndReportedWhereItIsMet) {
+    RecordingHandler handler;
+    Tree o{obj({})};
+    tqjson2_nodo_t *ninguno = nullptr;
+    tqjson2_append_nodo_a_objeto(o.raiz, u"a", &ninguno);
+    tqjson2_append_long_a_objeto(o.raiz, u"A", 7);
+    EXPECT_EQ(arr_NumElemsPuntero(o.raiz->atributos_objeto), 2u);
+    EXPECT_EQ(look(exacta, o.raiz, u"a"), Found(CIERTO, nullptr));
+    EXPECT_EQ(look(may_o_min, o.raiz, u"A").first, FALSO);
+    EXPECT_EQ(minified(o.raiz), "{\"A\" : 7}");
+    EXPECT_EQ(handler.conditions(),
+              (std::vector<std::string>{"(atributo_en_pos->valor) != NULL", "(nodo) != NULL"}));
+}
