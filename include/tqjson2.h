@@ -263,6 +263,126 @@ TQJSON2_API char *tqjson2_genera_texto_utf8(const tqjson2_nodo_t *nodo_raiz);
 /* As tqjson2_genera_texto_utf8, minified; the separator is still " : ". */
 TQJSON2_API char *tqjson2_genera_texto_utf8_minificado(const tqjson2_nodo_t *nodo_raiz);
 
+/* ---- named values: the fields of a record saved as members of an object node ----
+   The label comes first and the object node last. Labels are wide texts compared exactly; a
+   writer copies its label and never takes the caller's value over. A writer reports a label
+   that is already present ("existe == FALSO", then "nodo_dato == NULL") and appends all the
+   same. A reader answers with the member's value when the label names exactly one member of
+   the expected kind, and otherwise with the caller's default (or null, or an empty array),
+   without a report. Every text and array a reader returns is new and the caller's. */
+
+/* An integer member. */
+TQJSON2_API void tqjson2_graba_long(const char16_t *etiqueta, int32_t valor, tqjson2_nodo_t *nodo);
+/* An integer member holding the value's 32 bits; above 2147483647 is the number-conversion
+   component's out-of-range report. */
+TQJSON2_API void tqjson2_graba_ulong(const char16_t *etiqueta, uint32_t valor,
+                                     tqjson2_nodo_t *nodo);
+/* An integer member holding 0 to 255. */
+TQJSON2_API void tqjson2_graba_version(const char16_t *etiqueta, uint8_t valor,
+                                       tqjson2_nodo_t *nodo);
+TQJSON2_API void tqjson2_graba_double(const char16_t *etiqueta, double valor,
+                                      tqjson2_nodo_t *nodo);
+TQJSON2_API void tqjson2_graba_tqbool(const char16_t *etiqueta, tqbool valor,
+                                      tqjson2_nodo_t *nodo);
+/* A string member from ANSI text (Windows-1252 off Windows); the text stays the caller's. */
+TQJSON2_API void tqjson2_graba_cadena_ansi(const char16_t *etiqueta, const char *texto,
+                                           tqjson2_nodo_t *nodo);
+/* A string member from wide text, stored escaped; the text stays the caller's. */
+TQJSON2_API void tqjson2_graba_cadena_unicode(const char16_t *etiqueta, const char16_t *texto,
+                                              tqjson2_nodo_t *nodo);
+
+/* An integer member's value, or `defecto`. */
+TQJSON2_API int32_t tqjson2_lee_long(const char16_t *etiqueta, int32_t defecto,
+                                     const tqjson2_nodo_t *nodo);
+/* The same function under a second name: an integer member's 32 bits, unconverted. */
+TQJSON2_API uint32_t tqjson2_lee_ulong(const char16_t *etiqueta, uint32_t defecto,
+                                       const tqjson2_nodo_t *nodo);
+/* A double member's value (an integer member does not count), or `defecto`. */
+TQJSON2_API double tqjson2_lee_double(const char16_t *etiqueta, double defecto,
+                                      const tqjson2_nodo_t *nodo);
+/* A boolean member, or a string member reading true or false in any letter case; or
+   `defecto`. */
+TQJSON2_API tqbool tqjson2_lee_tqbool(const char16_t *etiqueta, tqbool defecto,
+                                      const tqjson2_nodo_t *nodo);
+/* A string member's decoded text in ANSI, or a copy of `defecto`; free it with
+   marlstr_destruye. */
+TQJSON2_API char *tqjson2_lee_cadena_ansi(const char16_t *etiqueta, const char *defecto,
+                                          const tqjson2_nodo_t *nodo);
+/* As tqjson2_lee_cadena_ansi, null instead of a default. */
+TQJSON2_API char *tqjson2_lee_cadena_ansi_opcional(const char16_t *etiqueta,
+                                                   const tqjson2_nodo_t *nodo);
+/* A string member's decoded text, or a copy of `defecto`; free it with
+   widestr_nousar_destruye. */
+TQJSON2_API char16_t *tqjson2_lee_cadena_unicode(const char16_t *etiqueta,
+                                                 const char16_t *defecto,
+                                                 const tqjson2_nodo_t *nodo);
+/* As tqjson2_lee_cadena_unicode, null instead of a default. */
+TQJSON2_API char16_t *tqjson2_lee_cadena_unicode_opcional(const char16_t *etiqueta,
+                                                          const tqjson2_nodo_t *nodo);
+/* As tqjson2_lee_cadena_unicode inside a trap frame: an access fault or an internal-error
+   report during the read gives a new "<Readed uninitialized variable>" instead. */
+TQJSON2_API char16_t *tqjson2_lee_cadena_unicode_seguro(const char16_t *etiqueta,
+                                                        const char16_t *defecto,
+                                                        const tqjson2_nodo_t *nodo);
+/* A time from a string member of decimal digits (read through a double), an integer member or
+   a double member (cut toward zero), or `defecto`, also for a null node, without a report.
+   A value beyond the 64-bit range or not a number gives INT64_MIN. */
+TQJSON2_API int64_t tqjson2_lee_time_t(const char16_t *etiqueta, int64_t defecto,
+                                       const tqjson2_nodo_t *nodo);
+TQJSON2_API int64_t tqjson2_lee_time64_t(const char16_t *etiqueta, int64_t defecto,
+                                         const tqjson2_nodo_t *nodo);
+/* An integer member brought down to 8 bits (out of 0 to 255: the number-conversion
+   component's report), or `defecto`. */
+TQJSON2_API uint8_t tqjson2_lee_version_opcional(const char16_t *etiqueta, uint8_t defecto,
+                                                 const tqjson2_nodo_t *nodo);
+
+/* ---- named arrays: a typed array saved as a member holding a JSON array ----
+   The writers only read the caller's array and test no label for presence. The readers return
+   a new array (the caller destroys it with its arr_Destruye function), empty when the label
+   names no single member; an element of the wrong kind is reported and leaves its place at
+   FALSO, 0 or an empty text. The _en_array forms work on an array node the caller has. */
+
+TQJSON2_API void tqjson2_graba_arr_bool(const char16_t *etiqueta, const arr_bool_t *valores,
+                                        tqjson2_nodo_t *nodo);
+/* ANSI texts, stored as strings. */
+TQJSON2_API void tqjson2_graba_arr_cadenas(const char16_t *etiqueta, const arr_cadena_t *valores,
+                                           tqjson2_nodo_t *nodo);
+/* Wide texts, stored escaped. */
+TQJSON2_API void tqjson2_graba_arr_cadenas_unicode(const char16_t *etiqueta,
+                                                   const arr_cadena_u_t *valores,
+                                                   tqjson2_nodo_t *nodo);
+TQJSON2_API void tqjson2_graba_arr_ulong(const char16_t *etiqueta, const arr_ulong_t *valores,
+                                         tqjson2_nodo_t *nodo);
+TQJSON2_API void tqjson2_graba_arr_bool_en_array(const arr_bool_t *valores,
+                                                 tqjson2_nodo_t *nodo_array);
+TQJSON2_API void tqjson2_graba_arr_cadenas_en_array(const arr_cadena_t *valores,
+                                                    tqjson2_nodo_t *nodo_array);
+TQJSON2_API void tqjson2_graba_arr_cadenas_unicode_en_array(const arr_cadena_u_t *valores,
+                                                            tqjson2_nodo_t *nodo_array);
+TQJSON2_API void tqjson2_graba_arr_ulong_en_array(const arr_ulong_t *valores,
+                                                  tqjson2_nodo_t *nodo_array);
+
+/* Booleans, or strings reading true or false in any letter case. */
+TQJSON2_API arr_bool_t *tqjson2_lee_arr_bool(const char16_t *etiqueta, const tqjson2_nodo_t *nodo);
+/* Decoded texts in ANSI. */
+TQJSON2_API arr_cadena_t *tqjson2_lee_arr_cadenas(const char16_t *etiqueta,
+                                                  const tqjson2_nodo_t *nodo);
+/* Decoded wide texts. */
+TQJSON2_API arr_cadena_u_t *tqjson2_lee_arr_cadenas_unicode(const char16_t *etiqueta,
+                                                            const tqjson2_nodo_t *nodo);
+/* Doubles, integers taken as doubles. */
+TQJSON2_API arr_double_t *tqjson2_lee_arr_double(const char16_t *etiqueta,
+                                                 const tqjson2_nodo_t *nodo);
+/* Integers' 32 bits (a negative one is the number-conversion component's report). */
+TQJSON2_API arr_ulong_t *tqjson2_lee_arr_ulong(const char16_t *etiqueta,
+                                               const tqjson2_nodo_t *nodo);
+TQJSON2_API arr_bool_t *tqjson2_lee_arr_bool_en_array(const tqjson2_nodo_t *nodo_array);
+TQJSON2_API arr_cadena_t *tqjson2_lee_arr_cadenas_en_array(const tqjson2_nodo_t *nodo_array);
+TQJSON2_API arr_cadena_u_t *tqjson2_lee_arr_cadenas_unicode_en_array(
+    const tqjson2_nodo_t *nodo_array);
+TQJSON2_API arr_double_t *tqjson2_lee_arr_double_en_array(const tqjson2_nodo_t *nodo_array);
+TQJSON2_API arr_ulong_t *tqjson2_lee_arr_ulong_en_array(const tqjson2_nodo_t *nodo_array);
+
 TQBASE_C_FIN
 
 #endif

@@ -1,0 +1,156 @@
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "support/recording_handler.h"
+#include "support/temp_file.h"
+#include "support/tree_builder.h"
+
+namespace {
+using Conditions = std::vector<std::string>;
+
+// The elements of the plain arrays as vectors, the array destroyed (and its pointer nulled).
+template <class Arr, class T>
+std::vector<T> drain(Arr *arr, uint32_t (*num)(const Arr *), T (*get)(const Arr *, uint32_t),
+                     void (*destruye)(Arr **)) {
+    EXPECT_NE(arr, nullptr);
+    std::vector<T> out;
+    for (uint32_t i = 0; i < num(arr); ++i)
+        out.push_back(get(arr, i));
+    destruye(&arr);
+    EXPECT_EQ(arr, nullptr);
+    return out;
+}
+std::vector<tqbool> bools(arr_bool_t *a) {
+    return drain(a, arr_NumElemsBOOL, arr_GetBOOL, arr_DestruyeBOOL);
+}
+std::vector<uint32_t> ulongs(arr_ulong_t *a) {
+    return drain(a, arr_NumElemsULong, arr_GetULong, arr_DestruyeULong);
+}
+std::vector<double> doubles(arr_double_t *a) {
+    return drain(a, arr_NumElemsDouble, arr_GetDouble, arr_DestruyeDouble);
+}
+std::vector<std::string> ansi(arr_cadena_t *a) {
+    auto get = [](const arr_cadena_t *arr, uint32_t i) {
+        return std::string(arr_GetCADENA(arr, i));
+    };
+    return drain<arr_cadena_t, std::string>(a, arr_NumElemsCADENA, get, arr_DestruyeCADENA);
+}
+std::vector<std::u16string> wide(arr_cadena_u_t *a) {
+    auto get = [](const arr_cadena_u_t *arr, uint32_t i) {
+        return std::u16string(arr_GetCADENA_u(arr, i));
+    };
+    return drain<arr_cadena_u_t, std::u16string>(a, arr_NumElemsCADENA_u, get,
+                                                 arr_DestruyeCADENA_u);
+}
+} // namespace
+
+// Every kind saved under a label, written to a file, read back and loaded: equal and in order;
+// the caller's arrays are untouched.
+TEST(ArrayValues, ArraysSavedWrittenAndReadBackLoadEqual) {
+    const std::vector<std::u16string> textos = {u"", u"uno", u"t\"a\\b\tc", u"\u00e9\U0001F600"};
+    arr_bool_t *b = arr_CreaBOOL(3);
+    arr_SetBOOL(b, 1, CIERTO);
+    arr_ulong_t *u = arr_CreaULong(3);
+    arr_SetULong(u, 0, 2147483647u);
+    arr_SetULong(u, 2, 7);
+    arr_cadena_t *c = arr_CreaCADENA(0);
+    arr_AppendCADENA(c, "caf\xE9");
+    arr_AppendCADENA(c, "");
+    arr_cadena_u_t *w = arr_CreaCADENA_u(textos.size());
+    for (uint32_t i = 0; i < textos.size(); ++i)
+        arr_SetCADENA_u(w, i, textos[i].c_str());
+    arr_bool_t *vacio = arr_CreaBOOL(0);
+
+    Tree r{obj({})};
+    tqjson2_graba_arr_bool(u"b", b, r.raiz);
+    tqjson2_graba_arr_ulong(u"u", u, r.raiz);
+    tqjson2_graba_arr_cadenas(u"c", c, r.raiz);
+    tqjson2_graba_arr_cadenas_unicode(u"w", w, r.raiz);
+    tqjson2_graba_arr_bool(u"vacio", vacio, r.raiz);
+    EXPECT_EQ(minified(r.raiz), "{\"b\" : [false,true,false],\"u\" : [2147483647,0,7],"
+                                "\"c\" : [\"caf\xC3\xA9\",\"\"],\"w\" : [\"\",\"uno\","
+                                "\"t\\\"a\\\\b\\tc\",\"\xC3\xA9\xF0\x9F\x98\x80\"],"
+                                "\"vacio\" : []}");
+    TempFile f;
+    tqjson2_escribe_fichero(r.raiz, f.wide());
+    Tree l{nullptr};
+    ASSERT_EQ(tqjson2_se_lee_fichero(f.wide(), &l.raiz), CIERTO);
+    EXPECT_EQ(bools(tqjson2_lee_arr_bool(u"b", l.raiz)),
+              (std::vector<tqbool>{FALSO, CIERTO, FALSO}));
+    EXPECT_EQ(ulongs(tqjson2_lee_arr_ulong(u"u", l.raiz)),
+              (std::vector<uint32_t>{2147483647, 0, 7}));
+    EXPECT_EQ(doubles(tqjson2_lee_arr_double(u"u", l.raiz)),
+              (std::vector<double>{2147483647, 0, 7}));
+    EXPECT_EQ(ansi(tqjson2_lee_arr_cadenas(u"c", l.raiz)),
+              (std::vector<std::string>{"caf\xE9", ""}));
+    EXPECT_EQ(wide(tqjson2_lee_arr_cadenas_unicode(u"w", l.raiz)), textos);
+    EXPECT_TRUE(bools(tqjson2_lee_arr_bool(u"vacio", l.raiz)).empty());
+    // Missing, or present twice: empty, never null, and no report.
+    tqjson2_graba_arr_ulong(u"u", u, r.raiz);
+    EXPECT_TRUE(ulongs(tqjson2_lee_arr_ulong(u"u", r.raiz)).empty());
+    EXPECT_TRUE(wide(tqjson2_lee_arr_cadenas_unicode(u"falta", l.raiz)).empty());
+    EXPECT_TRUE(ansi(tqjson2_lee_arr_cadenas(u"falta", l.raiz)).empty());
+    EXPECT_TRUE(doubles(tqjson2_lee_arr_double(u"falta", l.raiz)).empty());
+
+    EXPECT_EQ(ulongs(u), (std::vector<uint32_t>{2147483647, 0, 7}));
+    EXPECT_EQ(wide(w), textos);
+    arr_DestruyeBOOL(&b);
+    arr_DestruyeCADENA(&c);
+    arr_DestruyeBOOL(&vacio);
+}
+
+// The _en_array forms fill and read an array node the caller has, behind what it holds.
+TEST(ArrayValues, InArrayFormsAppendToAndReadTheCallersNode) {
+    Tree a{arr({integer(1), dbl(2.5), integer(-3)})};
+    EXPECT_EQ(doubles(tqjson2_lee_arr_double_en_array(a.raiz)), (std::vector<double>{1, 2.5, -3}));
+    Tree b{arr({boolean(CIERTO), plain("FALSE"), plain("tRuE")})};
+    EXPECT_EQ(bools(tqjson2_lee_arr_bool_en_array(b.raiz)),
+              (std::vector<tqbool>{CIERTO, FALSO, CIERTO}));
+    arr_ulong_t *u = arr_CreaULong(2);
+    arr_SetULong(u, 1, 9);
+    tqjson2_graba_arr_ulong_en_array(u, a.raiz);
+    arr_DestruyeULong(&u);
+    EXPECT_EQ(minified(a.raiz), "[1,2.5,-3,0,9]");
+    Tree s{arr({escaped(u"x\"y")})};
+    arr_cadena_t *c = arr_CreaCADENA(1);
+    arr_SetCADENA(c, 0, "\xE9");
+    tqjson2_graba_arr_cadenas_en_array(c, s.raiz);
+    arr_DestruyeCADENA(&c);
+    EXPECT_EQ(ansi(tqjson2_lee_arr_cadenas_en_array(s.raiz)),
+              (std::vector<std::string>{"x\"y", "\xE9"}));
+}
+
+// An element of the wrong kind is reported and the loop goes on; a member or node that is no
+// array is reported by the element getter and gives an empty array.
+TEST(ArrayValues, WrongKindsAreReportedElementByElement) {
+    struct Row {
+        std::function<size_t(const tqjson2_nodo_t *)> lee;
+        Conditions reportes;
+    } const kRows[] = {
+        {[](auto *n) { return bools(tqjson2_lee_arr_bool_en_array(n)).size(); },
+         Conditions(5, "es_valor_bool == CIERTO")},
+        {[](auto *n) { return doubles(tqjson2_lee_arr_double_en_array(n)).size(); },
+         Conditions(2, "es_valor_entero == CIERTO")},
+        {[](auto *n) { return ulongs(tqjson2_lee_arr_ulong_en_array(n)).size(); },
+         {"nodo->tipo == TQJSON_TIPO_ENTERO", "nodo->tipo == TQJSON_TIPO_ENTERO",
+          "nodo->tipo == TQJSON_TIPO_ENTERO", "valor >= 0"}},
+        {[](auto *n) { return ansi(tqjson2_lee_arr_cadenas_en_array(n)).size(); },
+         Conditions(4, "nodo->tipo == TQJSON_TIPO_CADENA")},
+        {[](auto *n) { return wide(tqjson2_lee_arr_cadenas_unicode_en_array(n)).size(); },
+         Conditions(4, "nodo->tipo == TQJSON_TIPO_CADENA")},
+    };
+    Tree mezcla{arr({integer(1), null_node(), plain("no"), dbl(0.5), integer(-1)})};
+    for (const Row &row : kRows) {
+        RecordingHandler handler;
+        EXPECT_EQ(row.lee(mezcla.raiz), 5u);
+        EXPECT_EQ(handler.conditions(), row.reportes);
+    }
+    RecordingHandler handler;
+    Tree o{obj({{u"i", integer(1)}})};
+    EXPECT_TRUE(ulongs(tqjson2_lee_arr_ulong(u"i", o.raiz)).empty());
+    EXPECT_TRUE(ulongs(tqjson2_lee_arr_ulong_en_array(nullptr)).empty());
+    EXPECT_TRUE(doubles(tqjson2_lee_arr_double(u"i", mezcla.raiz)).empty());
+    EXPECT_EQ(handler.conditions(), (Conditions{"nodo->tipo == TQJSON_TIPO_ARRAY", "(nodo) != NULL",
+                                                "nodo_objeto->tipo == TQJSON_TIPO_OBJETO"}));
+}
