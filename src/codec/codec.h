@@ -23,7 +23,10 @@ void i_copia_secuencia_escape(const char16_t *origen, char16_t *secuencia);
 // A new plain wide text from text that holds JSON escape sequences: the single-character
 // escapes and "\u00" with two hexadecimal digits are decoded, any other backslash stands as
 // itself. A text that begins with "data:application/octet-stream" is copied undecoded.
-char16_t *i_decodifica_secuencias_escape(const char16_t *texto);
+// "\u00" with bad digits becomes '?' and is reported, unless `sin_informar` is given: then it
+// is counted there, for the caller to report with i_informa_secuencia_u00_erronea.
+char16_t *i_decodifica_secuencias_escape(const char16_t *texto, uint32_t *sin_informar = nullptr);
+void i_informa_secuencia_u00_erronea();
 
 // Stores one unit at the write position of a decoded text and advances the position.
 void i_append_caracter_cadena_decodificada(char16_t caracter, char16_t **cadena_decodificada,

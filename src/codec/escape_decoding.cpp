@@ -27,14 +27,19 @@ constexpr uint32_t num_caracters_reemplazo = sizeof i_REEMPLAZOS / sizeof i_REEM
 
 // The unit that "\u00" and the digits at `digitos` stand for. A digit place holding the
 // terminator fails like a non-hexadecimal digit, and nothing beyond the terminator is read.
-char16_t i_decodifica_u00(const char16_t *digitos) {
+// Bad digits are reported, or counted in `*sin_informar` when the caller reports them itself.
+char16_t i_decodifica_u00(const char16_t *digitos, uint32_t *sin_informar) {
     char16_t caracter = i_CARACTER_REEMPLAZO;
     const bool completa = digitos[0] != u'\0' && digitos[1] != u'\0';
     const tqbool se_decodifica =
         completa ? marlstrhex_decodifica_caracter_u(digitos[0], digitos[1], &caracter) : FALSO;
     if (se_decodifica != CIERTO) {
         caracter = i_CARACTER_REEMPLAZO;
-        if (g_tolerancia.load(std::memory_order_relaxed) == 0)
+        if (g_tolerancia.load(std::memory_order_relaxed) != 0)
+            return caracter;
+        if (sin_informar)
+            ++*sin_informar;
+        else
             i_VERIFICA(se_decodifica == CIERTO);
     }
     return caracter;
@@ -61,7 +66,12 @@ void i_append_caracter_cadena_decodificada(char16_t caracter, char16_t **cadena_
     (*cadena_decodificada)[(*pos_cadena_decodificada)++] = caracter;
 }
 
-char16_t *i_decodifica_secuencias_escape(const char16_t *texto) {
+void i_informa_secuencia_u00_erronea() {
+    const tqbool se_decodifica = FALSO;
+    i_VERIFICA(se_decodifica == CIERTO);
+}
+
+char16_t *i_decodifica_secuencias_escape(const char16_t *texto, uint32_t *sin_informar) {
     if (widestr_nousar_es_subcadena_inicial(texto, i_PREFIJO_SIN_DECODIFICAR, i_MODULO, __LINE__) ==
         CIERTO)
         return widestr_nousar_copia(texto, i_MODULO, __LINE__);
@@ -79,7 +89,7 @@ char16_t *i_decodifica_secuencias_escape(const char16_t *texto) {
         if (c != u'\\' || i + 1 == n) {
             agrega(c);
         } else if (i_empieza_u00(texto + i + 1)) {
-            agrega(i_decodifica_u00(texto + i + 4));
+            agrega(i_decodifica_u00(texto + i + 4, sin_informar));
             i += 5;
         } else {
             uint32_t fila = 0;
