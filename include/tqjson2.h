@@ -383,6 +383,116 @@ TQJSON2_API arr_cadena_u_t *tqjson2_lee_arr_cadenas_unicode_en_array(
 TQJSON2_API arr_double_t *tqjson2_lee_arr_double_en_array(const tqjson2_nodo_t *nodo_array);
 TQJSON2_API arr_ulong_t *tqjson2_lee_arr_ulong_en_array(const tqjson2_nodo_t *nodo_array);
 
+/* ---- records within records, through the caller's callbacks ----
+   The library never reads a record: it makes the object nodes, places them under a label
+   (alone, or as the elements of a JSON array) and calls the callbacks in index order. */
+
+/* Fills `nodo`, a new empty object the library owns, with the members of `item`. */
+typedef void (*tqjson2_func_graba_item_t)(void *item, tqjson2_nodo_t *nodo);
+/* Builds a record from `nodo` and returns it; the record goes to the caller unread. */
+typedef void *(*tqjson2_func_lee_item_t)(const tqjson2_nodo_t *nodo);
+
+/* A member holding an object that `func_graba_item` fills from `item`. The label is not tested
+   for presence. */
+TQJSON2_API void tqjson2_nousar_graba_ST(const char16_t *etiqueta, void *item,
+                                         tqjson2_func_graba_item_t func_graba_item,
+                                         tqjson2_nodo_t *nodo);
+/* As tqjson2_nousar_graba_ST; a null `item` writes nothing and calls nothing. */
+TQJSON2_API void tqjson2_nousar_graba_ST_opcional(const char16_t *etiqueta, void *item,
+                                                  tqjson2_func_graba_item_t func_graba_item,
+                                                  tqjson2_nodo_t *nodo);
+/* A member holding a JSON array of one object per record of `items`; the list and its records
+   stay the caller's. */
+TQJSON2_API void tqjson2_nousar_graba_arr_punterosST(const char16_t *etiqueta,
+                                                     const arr_puntero_t *items,
+                                                     tqjson2_func_graba_item_t func_graba_item,
+                                                     tqjson2_nodo_t *nodo);
+/* What `func_lee_item` makes of the object member `etiqueta`; anything else is reported. */
+TQJSON2_API void *tqjson2_nousar_lee_ST(const char16_t *etiqueta,
+                                        tqjson2_func_lee_item_t func_lee_item,
+                                        const tqjson2_nodo_t *nodo);
+/* As tqjson2_nousar_lee_ST, null without a report when there is no object member to read. */
+TQJSON2_API void *tqjson2_nousar_lee_ST_opcional(const char16_t *etiqueta,
+                                                 tqjson2_func_lee_item_t func_lee_item,
+                                                 const tqjson2_nodo_t *nodo);
+/* A new list of what `func_lee_item` makes of each element of the array member `etiqueta`
+   (empty when the label is missing); the list and the records are the caller's. */
+TQJSON2_API arr_puntero_t *tqjson2_nousar_lee_arr_punterosST(const char16_t *etiqueta,
+                                                             tqjson2_func_lee_item_t func_lee_item,
+                                                             const tqjson2_nodo_t *nodo);
+
+/* ---- JSON texts carried through save streams (tqbase/marlsave.h) ---- */
+
+/* Writes the text into the stream; it stays the caller's. */
+TQJSON2_API void tqjson2_graba_str_json_marlsave(const char *str_json, marlsave_t *stream);
+/* A presence flag, then the text when there is one. */
+TQJSON2_API void tqjson2_graba_str_json_marlsave_opcional(const char *str_json,
+                                                          marlsave_t *stream);
+/* The next text of the stream, new; free it with marlstr_destruye. */
+TQJSON2_API char *tqjson2_lee_str_json_marlsave(marlsave_t *stream);
+/* The flag, then the text when the flag says there is one; otherwise null. */
+TQJSON2_API char *tqjson2_lee_str_json_marlsave_opcional(marlsave_t *stream);
+
+/* ---- settings: readers with defaults, readability tests and setters (tqjsonlsn_) ----
+   The node comes first in the readers and setters, the label first in the tests. A setter
+   changes a present member's value in place and appends a missing one. */
+
+/* A member's value, or `defecto` when the node is null or the label names no single member of
+   the kind; a node that is not an object is reported. */
+TQJSON2_API tqbool tqjsonlsn_leer_valor_booleano_con_valor_defecto(const tqjson2_nodo_t *nodo,
+                                                                   const char16_t *etiqueta,
+                                                                   tqbool defecto);
+/* Only a double member counts. */
+TQJSON2_API double tqjsonlsn_leer_valor_double_con_valor_defecto(const tqjson2_nodo_t *nodo,
+                                                                 const char16_t *etiqueta,
+                                                                 double defecto);
+TQJSON2_API int32_t tqjsonlsn_leer_valor_long_con_valor_defecto(const tqjson2_nodo_t *nodo,
+                                                                const char16_t *etiqueta,
+                                                                int32_t defecto);
+/* The 32 bits of the integer member, unconverted. */
+TQJSON2_API uint32_t tqjsonlsn_leer_valor_ulong_con_valor_defecto(const tqjson2_nodo_t *nodo,
+                                                                  const char16_t *etiqueta,
+                                                                  uint32_t defecto);
+/* The low 16 bits; a result of 65535 or more is reported ("valor < USHRT_MAX"). */
+TQJSON2_API uint16_t tqjsonlsn_leer_valor_ushort_con_valor_defecto(const tqjson2_nodo_t *nodo,
+                                                                   const char16_t *etiqueta,
+                                                                   uint16_t defecto);
+/* CIERTO with a double member's value in `*valor`; FALSO with 1.7976931348623157e308. */
+TQJSON2_API tqbool tqjsonlsn_es_posible_leer_double(const char16_t *etiqueta,
+                                                    const tqjson2_nodo_t *nodo, double *valor);
+/* CIERTO with a string member's decoded text, new and the caller's, in `*cadena`; FALSO with
+   null (an old text there is overwritten, not freed). */
+TQJSON2_API tqbool tqjsonlsn_es_posible_leer_cadena_unicode(const char16_t *etiqueta,
+                                                            const tqjson2_nodo_t *nodo,
+                                                            char16_t **cadena);
+/* The valid values of an enumeration run from 0 upward; this tells whether one is valid. */
+typedef tqbool (*tqjsonlsn_func_es_correcto_valor_enum_t)(int32_t valor);
+/* The text that names a valid value; it stays the callback's. */
+typedef const char16_t *(*tqjsonlsn_func_get_texto_valor_enum_t)(int32_t valor);
+/* CIERTO with the lowest value whose text equals the string member's exactly; FALSO with -1. */
+TQJSON2_API tqbool tqjsonlsn_nousar_es_posible_leer_enum(
+    const char16_t *etiqueta, tqjsonlsn_func_es_correcto_valor_enum_t func_es_correcto_valor_enum,
+    tqjsonlsn_func_get_texto_valor_enum_t func_get_texto_valor_enum, const tqjson2_nodo_t *nodo,
+    int32_t *valor_enum);
+TQJSON2_API void tqjsonlsn_set_valor_booleano(tqjson2_nodo_t *nodo, const char16_t *etiqueta,
+                                              tqbool valor);
+TQJSON2_API void tqjsonlsn_set_valor_double(tqjson2_nodo_t *nodo, const char16_t *etiqueta,
+                                            double valor);
+TQJSON2_API void tqjsonlsn_set_valor_long(tqjson2_nodo_t *nodo, const char16_t *etiqueta,
+                                          int32_t valor);
+/* Stores the value's 32 bits as an integer, unconverted. */
+TQJSON2_API void tqjsonlsn_set_valor_ulong(tqjson2_nodo_t *nodo, const char16_t *etiqueta,
+                                           uint32_t valor);
+TQJSON2_API void tqjsonlsn_set_valor_ushort(tqjson2_nodo_t *nodo, const char16_t *etiqueta,
+                                            uint16_t valor);
+/* Stores a copy of the text, escaped; the text stays the caller's. */
+TQJSON2_API void tqjsonlsn_set_valor_cadena_unicode(tqjson2_nodo_t *nodo, const char16_t *etiqueta,
+                                                    const char16_t *texto);
+/* Takes the list of nodes over (and nulls `*valores`) as the elements of the array member
+   `etiqueta`, whose old elements are destroyed, or of a new array member. */
+TQJSON2_API void tqjsonlsn_set_nodos_array(tqjson2_nodo_t *nodo, const char16_t *etiqueta,
+                                           arr_puntero_t **valores);
+
 TQBASE_C_FIN
 
 #endif
