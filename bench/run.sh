@@ -2,11 +2,12 @@
 # Builds the benchmarks optimised, without the tests, and runs one of them:
 #   bash bench/run.sh reader   reads each document of bench/data and writes it back
 #   bash bench/run.sh writer   generates text for 1,000 to 1,000,000 records
+#   bash bench/run.sh base64   encodes and decodes 64 MiB
 #   bash bench/run.sh peers    tqjson2 side by side with peer JSON libraries, one table a document
 # Extra arguments go to the benchmark (for example --benchmark_filter=read/).
 set -euo pipefail
 cd "$(dirname "$0")/.."
-which="${1:?usage: bash bench/run.sh reader|writer|peers [benchmark arguments]}"
+which="${1:?usage: bash bench/run.sh reader|writer|base64|peers [benchmark arguments]}"
 shift
 bash tools/install-deps.sh
 if [ "$which" = peers ]; then bash bench/install-peers.sh; fi

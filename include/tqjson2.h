@@ -493,6 +493,19 @@ TQJSON2_API void tqjsonlsn_set_valor_cadena_unicode(tqjson2_nodo_t *nodo, const 
 TQJSON2_API void tqjsonlsn_set_nodos_array(tqjson2_nodo_t *nodo, const char16_t *etiqueta,
                                            arr_puntero_t **valores);
 
+/* ---- Base64 (RFC 4648, standard alphabet, '=' padding, one line) ----
+   Results are new buffers of the caller's, freed with marlspy_nousar_free_pp(&buffer, 1); on
+   null, `*out_len` is left as it was. */
+
+/* The Base64 text of `len` bytes, zero-terminated; `*out_len` gets its length without the
+   terminator. Null for 2^30 bytes or more. */
+TQJSON2_API char *tqjsonbase64_encode(const void *src, uint32_t len, uint32_t *out_len);
+/* The bytes that `len` bytes of Base64 stand for (no terminator), with `*out_len` their count.
+   Bytes outside the alphabet and '=' are skipped, and the first group holding '=' ends the
+   text. Null when no character or a number of them that is not a multiple of 4 remains, or
+   when a group holds three or four '='. */
+TQJSON2_API unsigned char *tqjsonbase64_decode(const void *src, uint32_t len, uint32_t *out_len);
+
 TQBASE_C_FIN
 
 #endif
