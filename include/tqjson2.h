@@ -62,9 +62,13 @@ TQJSON2_API tqjson2_nodo_t *tqjson2_crea_nodo_texto_utf8(char **cadena_utf8);
 /* A string node from wide text, stored in the escaped form (control characters, the solidus
    and the backslash as JSON escapes); the caller's wide string is destroyed and nulled. */
 TQJSON2_API tqjson2_nodo_t *tqjson2_crea_nodo_texto_unicode_a_utf8(char16_t **texto);
+/* An integer node holding the value. */
 TQJSON2_API tqjson2_nodo_t *tqjson2_crea_nodo_entero(int32_t valor);
+/* A double node holding the value. */
 TQJSON2_API tqjson2_nodo_t *tqjson2_crea_nodo_double(double valor);
+/* A boolean node holding the value. */
 TQJSON2_API tqjson2_nodo_t *tqjson2_crea_nodo_booleano(tqbool valor);
+/* A null node. */
 TQJSON2_API tqjson2_nodo_t *tqjson2_crea_nodo_null(void);
 
 /* A new member named with a copy of `nombre` that takes the node over (nulling `*nodo`) and
@@ -96,24 +100,33 @@ TQJSON2_API void tqjson2_append_puntero_nodo_const_a_objeto(tqjson2_nodo_t *obje
                                                             const char16_t *etiqueta,
                                                             const tqjson2_nodo_t *nodo);
 
+/* Appends an integer member named with a copy of `etiqueta`. */
 TQJSON2_API void tqjson2_append_long_a_objeto(tqjson2_nodo_t *objeto, const char16_t *etiqueta,
                                               int32_t valor);
+/* Appends an integer element. */
 TQJSON2_API void tqjson2_append_long_a_array(tqjson2_nodo_t *nodo_array, int32_t valor);
 /* Stored as a signed 32-bit integer: a value above 2147483647 is reported and saturates. */
 TQJSON2_API void tqjson2_append_ulong_a_objeto(tqjson2_nodo_t *objeto, const char16_t *etiqueta,
                                                uint32_t valor);
+/* As tqjson2_append_ulong_a_objeto, as an element. */
 TQJSON2_API void tqjson2_append_ulong_a_array(tqjson2_nodo_t *nodo_array, uint32_t valor);
+/* Appends a double member. */
 TQJSON2_API void tqjson2_append_double_a_objeto(tqjson2_nodo_t *objeto, const char16_t *etiqueta,
                                                 double valor);
+/* Appends a double element. */
 TQJSON2_API void tqjson2_append_double_a_array(tqjson2_nodo_t *nodo_array, double valor);
+/* Appends a boolean member. */
 TQJSON2_API void tqjson2_append_tqbool_a_objeto(tqjson2_nodo_t *objeto, const char16_t *etiqueta,
                                                 tqbool valor);
+/* Appends a boolean element. */
 TQJSON2_API void tqjson2_append_bool_a_array(tqjson2_nodo_t *nodo_array, tqbool valor);
+/* Appends a null member (arrays have no null append). */
 TQJSON2_API void tqjson2_append_null_a_objeto(tqjson2_nodo_t *objeto, const char16_t *etiqueta);
 /* A string of a copy of `texto`, in the escaped form; the caller keeps its text. */
 TQJSON2_API void tqjson2_append_cadena_unicode_a_objeto(tqjson2_nodo_t *objeto,
                                                         const char16_t *etiqueta,
                                                         const char16_t *texto);
+/* As tqjson2_append_cadena_unicode_a_objeto, as an element; the caller keeps its text. */
 TQJSON2_API void tqjson2_append_cadena_unicode_a_array(tqjson2_nodo_t *nodo_array,
                                                        const char16_t *texto);
 /* The same with the caller's own wide string, which is destroyed and nulled. */
@@ -122,16 +135,20 @@ TQJSON2_API void tqjson2_append_cadena_unicode_a_array_pp(tqjson2_nodo_t *nodo_a
 /* A plain string that takes the caller's UTF-8 string over as it is and nulls the pointer. */
 TQJSON2_API void tqjson2_append_cadena_utf8_a_objeto(tqjson2_nodo_t *objeto,
                                                      const char16_t *etiqueta, char **texto_utf8);
+/* As tqjson2_append_cadena_utf8_a_objeto, as an element: `*texto_utf8` is taken over
+   and nulled. */
 TQJSON2_API void tqjson2_append_cadena_utf8_a_array(tqjson2_nodo_t *nodo_array, char **texto_utf8);
 /* A plain string converted from ANSI text; the caller keeps its text. */
 TQJSON2_API void tqjson2_append_cadena_ansi_a_objeto(tqjson2_nodo_t *objeto,
                                                      const char16_t *etiqueta,
                                                      const char *texto_ansi);
+/* As tqjson2_append_cadena_ansi_a_objeto, as an element; the caller keeps its text. */
 TQJSON2_API void tqjson2_append_cadena_ansi_a_array(tqjson2_nodo_t *nodo_array,
                                                     const char *texto_ansi);
 /* A string of the time's decimal digits (a JSON string, not a number). */
 TQJSON2_API void tqjson2_append_time_t_a_objeto(tqjson2_nodo_t *objeto, const char16_t *etiqueta,
                                                 int64_t valor);
+/* The same for a 64-bit time. */
 TQJSON2_API void tqjson2_append_time64_t_a_objeto(tqjson2_nodo_t *objeto, const char16_t *etiqueta,
                                                   int64_t valor);
 /* As tqjson2_append_cadena_unicode_a_objeto for a text that may lie in unreadable memory: when
@@ -145,7 +162,9 @@ TQJSON2_API void tqjson2_append_cadena_unicode_a_objeto_seguro(tqjson2_nodo_t *o
    Only string, integer, double and boolean nodes change kind and value; null, object and array
    nodes never do. */
 TQJSON2_API void tqjson2_set_nodo_entero(tqjson2_nodo_t *nodo, int32_t valor);
+/* Makes a basic node a double node holding the value. */
 TQJSON2_API void tqjson2_set_nodo_double(tqjson2_nodo_t *nodo, double valor);
+/* Makes a basic node a boolean node holding the value. */
 TQJSON2_API void tqjson2_set_nodo_booleano(tqjson2_nodo_t *nodo, tqbool valor);
 /* Stores the caller's wide text in the escaped form; the text is destroyed and nulled. */
 TQJSON2_API void tqjson2_set_nodo_texto_unicode_a_utf8(tqjson2_nodo_t *nodo, char16_t **texto);
@@ -162,9 +181,13 @@ TQJSON2_API int32_t tqjson2_tipo_nodo(const tqjson2_nodo_t *nodo);
 TQJSON2_API arr_puntero_t *tqjson2_get_atributos_objeto(const tqjson2_nodo_t *nodo);
 /* The array's elements (tqjson2_nodo_t *), in order. */
 TQJSON2_API arr_puntero_t *tqjson2_get_valores_array(const tqjson2_nodo_t *nodo);
+/* The member's name, the tree's own text. */
 TQJSON2_API const char16_t *tqjson2_get_nombre_atributo(const tqjson2_atributo_t *atributo);
+/* The member's value node, the tree's own (borrowed or owned by the member). */
 TQJSON2_API tqjson2_nodo_t *tqjson2_get_valor_atributo(const tqjson2_atributo_t *atributo);
+/* An integer node's value. */
 TQJSON2_API int32_t tqjson2_get_valor_entero(const tqjson2_nodo_t *nodo);
+/* A double node's value. */
 TQJSON2_API double tqjson2_get_valor_double(const tqjson2_nodo_t *nodo);
 /* The stored UTF-8 text as stored (escaped form included). */
 TQJSON2_API const char *tqjson2_get_valor_cadena_utf8(const tqjson2_nodo_t *nodo);
@@ -182,10 +205,19 @@ TQJSON2_API tqbool tqjson2_get_valor_null(const tqjson2_nodo_t *nodo);
    string holding true or false in any letter case; the string tests hand out a new text,
    not decoded, or null. */
 TQJSON2_API tqbool tqjson2_es_valor_entero(const tqjson2_nodo_t *nodo, int32_t *valor);
+/* CIERTO for a double node; `*valor` gets the node's double field. */
 TQJSON2_API tqbool tqjson2_es_valor_double(const tqjson2_nodo_t *nodo, double *valor);
+/* CIERTO for a boolean node or a string reading true or false in any letter case,
+   with the value in `*valor`. */
 TQJSON2_API tqbool tqjson2_es_valor_booleano(const tqjson2_nodo_t *nodo, tqbool *valor);
+/* CIERTO for a string node, with a new copy of its stored UTF-8 text in `*valor`
+   (free it with marlstr_destruye); otherwise FALSO and null. */
 TQJSON2_API tqbool tqjson2_es_valor_cadena_utf8(const tqjson2_nodo_t *nodo, char **valor);
+/* CIERTO for a string node, with its stored text as a new wide string in `*valor`
+   (free it with widestr_nousar_destruye); otherwise FALSO and null. */
 TQJSON2_API tqbool tqjson2_es_valor_cadena_unicode(const tqjson2_nodo_t *nodo, char16_t **valor);
+/* CIERTO for a string node, with its stored text as a new ANSI string in `*valor`
+   (free it with marlstr_destruye); otherwise FALSO and null. */
 TQJSON2_API tqbool tqjson2_es_valor_cadena_ansi(const tqjson2_nodo_t *nodo, char **valor);
 
 /* CIERTO and the value of the only member named exactly `etiqueta` (the tree's own node);
@@ -193,6 +225,7 @@ TQJSON2_API tqbool tqjson2_es_valor_cadena_ansi(const tqjson2_nodo_t *nodo, char
 TQJSON2_API tqbool tqjson2_existe_atributo_con_nombre_en_objeto(const tqjson2_nodo_t *nodo_objeto,
                                                                 const char16_t *etiqueta,
                                                                 tqjson2_nodo_t **valor);
+/* A second name of tqjson2_existe_atributo_con_nombre_en_objeto. */
 TQJSON2_API tqbool tqjson2_existe_atributo_con_nombre_en_objeto2(const tqjson2_nodo_t *nodo_objeto,
                                                                  const char16_t *etiqueta,
                                                                  tqjson2_nodo_t **valor);
@@ -280,10 +313,10 @@ TQJSON2_API void tqjson2_graba_ulong(const char16_t *etiqueta, uint32_t valor,
 /* An integer member holding 0 to 255. */
 TQJSON2_API void tqjson2_graba_version(const char16_t *etiqueta, uint8_t valor,
                                        tqjson2_nodo_t *nodo);
-TQJSON2_API void tqjson2_graba_double(const char16_t *etiqueta, double valor,
-                                      tqjson2_nodo_t *nodo);
-TQJSON2_API void tqjson2_graba_tqbool(const char16_t *etiqueta, tqbool valor,
-                                      tqjson2_nodo_t *nodo);
+/* A double member. */
+TQJSON2_API void tqjson2_graba_double(const char16_t *etiqueta, double valor, tqjson2_nodo_t *nodo);
+/* A boolean member. */
+TQJSON2_API void tqjson2_graba_tqbool(const char16_t *etiqueta, tqbool valor, tqjson2_nodo_t *nodo);
 /* A string member from ANSI text (Windows-1252 off Windows); the text stays the caller's. */
 TQJSON2_API void tqjson2_graba_cadena_ansi(const char16_t *etiqueta, const char *texto,
                                            tqjson2_nodo_t *nodo);
@@ -313,8 +346,7 @@ TQJSON2_API char *tqjson2_lee_cadena_ansi_opcional(const char16_t *etiqueta,
                                                    const tqjson2_nodo_t *nodo);
 /* A string member's decoded text, or a copy of `defecto`; free it with
    widestr_nousar_destruye. */
-TQJSON2_API char16_t *tqjson2_lee_cadena_unicode(const char16_t *etiqueta,
-                                                 const char16_t *defecto,
+TQJSON2_API char16_t *tqjson2_lee_cadena_unicode(const char16_t *etiqueta, const char16_t *defecto,
                                                  const tqjson2_nodo_t *nodo);
 /* As tqjson2_lee_cadena_unicode, null instead of a default. */
 TQJSON2_API char16_t *tqjson2_lee_cadena_unicode_opcional(const char16_t *etiqueta,
@@ -329,6 +361,7 @@ TQJSON2_API char16_t *tqjson2_lee_cadena_unicode_seguro(const char16_t *etiqueta
    A value beyond the 64-bit range or not a number gives INT64_MIN. */
 TQJSON2_API int64_t tqjson2_lee_time_t(const char16_t *etiqueta, int64_t defecto,
                                        const tqjson2_nodo_t *nodo);
+/* The same for a 64-bit time. */
 TQJSON2_API int64_t tqjson2_lee_time64_t(const char16_t *etiqueta, int64_t defecto,
                                          const tqjson2_nodo_t *nodo);
 /* An integer member brought down to 8 bits (out of 0 to 255: the number-conversion
@@ -342,6 +375,7 @@ TQJSON2_API uint8_t tqjson2_lee_version_opcional(const char16_t *etiqueta, uint8
    names no single member; an element of the wrong kind is reported and leaves its place at
    FALSO, 0 or an empty text. The _en_array forms work on an array node the caller has. */
 
+/* A member holding the booleans as a JSON array. */
 TQJSON2_API void tqjson2_graba_arr_bool(const char16_t *etiqueta, const arr_bool_t *valores,
                                         tqjson2_nodo_t *nodo);
 /* ANSI texts, stored as strings. */
@@ -351,14 +385,19 @@ TQJSON2_API void tqjson2_graba_arr_cadenas(const char16_t *etiqueta, const arr_c
 TQJSON2_API void tqjson2_graba_arr_cadenas_unicode(const char16_t *etiqueta,
                                                    const arr_cadena_u_t *valores,
                                                    tqjson2_nodo_t *nodo);
+/* Unsigned integers, stored as integers (above 2147483647: the number-conversion report). */
 TQJSON2_API void tqjson2_graba_arr_ulong(const char16_t *etiqueta, const arr_ulong_t *valores,
                                          tqjson2_nodo_t *nodo);
+/* Appends the booleans to the caller's array node. */
 TQJSON2_API void tqjson2_graba_arr_bool_en_array(const arr_bool_t *valores,
                                                  tqjson2_nodo_t *nodo_array);
+/* Appends the ANSI texts to the caller's array node as strings. */
 TQJSON2_API void tqjson2_graba_arr_cadenas_en_array(const arr_cadena_t *valores,
                                                     tqjson2_nodo_t *nodo_array);
+/* Appends the wide texts to the caller's array node as escaped strings. */
 TQJSON2_API void tqjson2_graba_arr_cadenas_unicode_en_array(const arr_cadena_u_t *valores,
                                                             tqjson2_nodo_t *nodo_array);
+/* Appends the unsigned integers to the caller's array node as integers. */
 TQJSON2_API void tqjson2_graba_arr_ulong_en_array(const arr_ulong_t *valores,
                                                   tqjson2_nodo_t *nodo_array);
 
@@ -376,11 +415,16 @@ TQJSON2_API arr_double_t *tqjson2_lee_arr_double(const char16_t *etiqueta,
 /* Integers' 32 bits (a negative one is the number-conversion component's report). */
 TQJSON2_API arr_ulong_t *tqjson2_lee_arr_ulong(const char16_t *etiqueta,
                                                const tqjson2_nodo_t *nodo);
+/* A new array of the array node's booleans. */
 TQJSON2_API arr_bool_t *tqjson2_lee_arr_bool_en_array(const tqjson2_nodo_t *nodo_array);
+/* A new array of the array node's strings, decoded, in ANSI. */
 TQJSON2_API arr_cadena_t *tqjson2_lee_arr_cadenas_en_array(const tqjson2_nodo_t *nodo_array);
-TQJSON2_API arr_cadena_u_t *tqjson2_lee_arr_cadenas_unicode_en_array(
-    const tqjson2_nodo_t *nodo_array);
+/* A new array of the array node's strings, decoded. */
+TQJSON2_API arr_cadena_u_t *
+tqjson2_lee_arr_cadenas_unicode_en_array(const tqjson2_nodo_t *nodo_array);
+/* A new array of the array node's doubles, integers taken as doubles. */
 TQJSON2_API arr_double_t *tqjson2_lee_arr_double_en_array(const tqjson2_nodo_t *nodo_array);
+/* A new array of the array node's integers' 32 bits. */
 TQJSON2_API arr_ulong_t *tqjson2_lee_arr_ulong_en_array(const tqjson2_nodo_t *nodo_array);
 
 /* ---- records within records, through the caller's callbacks ----
@@ -426,8 +470,7 @@ TQJSON2_API arr_puntero_t *tqjson2_nousar_lee_arr_punterosST(const char16_t *eti
 /* Writes the text into the stream; it stays the caller's. */
 TQJSON2_API void tqjson2_graba_str_json_marlsave(const char *str_json, marlsave_t *stream);
 /* A presence flag, then the text when there is one. */
-TQJSON2_API void tqjson2_graba_str_json_marlsave_opcional(const char *str_json,
-                                                          marlsave_t *stream);
+TQJSON2_API void tqjson2_graba_str_json_marlsave_opcional(const char *str_json, marlsave_t *stream);
 /* The next text of the stream, new; free it with marlstr_destruye. */
 TQJSON2_API char *tqjson2_lee_str_json_marlsave(marlsave_t *stream);
 /* The flag, then the text when the flag says there is one; otherwise null. */
@@ -446,6 +489,7 @@ TQJSON2_API tqbool tqjsonlsn_leer_valor_booleano_con_valor_defecto(const tqjson2
 TQJSON2_API double tqjsonlsn_leer_valor_double_con_valor_defecto(const tqjson2_nodo_t *nodo,
                                                                  const char16_t *etiqueta,
                                                                  double defecto);
+/* An integer member's value, or `defecto`. */
 TQJSON2_API int32_t tqjsonlsn_leer_valor_long_con_valor_defecto(const tqjson2_nodo_t *nodo,
                                                                 const char16_t *etiqueta,
                                                                 int32_t defecto);
@@ -474,15 +518,20 @@ TQJSON2_API tqbool tqjsonlsn_nousar_es_posible_leer_enum(
     const char16_t *etiqueta, tqjsonlsn_func_es_correcto_valor_enum_t func_es_correcto_valor_enum,
     tqjsonlsn_func_get_texto_valor_enum_t func_get_texto_valor_enum, const tqjson2_nodo_t *nodo,
     int32_t *valor_enum);
+/* Gives the member a boolean value in place, or appends a boolean member. */
 TQJSON2_API void tqjsonlsn_set_valor_booleano(tqjson2_nodo_t *nodo, const char16_t *etiqueta,
                                               tqbool valor);
+/* Gives the member a double value in place, or appends a double member. */
 TQJSON2_API void tqjsonlsn_set_valor_double(tqjson2_nodo_t *nodo, const char16_t *etiqueta,
                                             double valor);
+/* Gives the member an integer value in place, or appends an integer member; a present
+   member holding an object, an array or null is reported. */
 TQJSON2_API void tqjsonlsn_set_valor_long(tqjson2_nodo_t *nodo, const char16_t *etiqueta,
                                           int32_t valor);
 /* Stores the value's 32 bits as an integer, unconverted. */
 TQJSON2_API void tqjsonlsn_set_valor_ulong(tqjson2_nodo_t *nodo, const char16_t *etiqueta,
                                            uint32_t valor);
+/* Stores the value widened to 32 bits, as tqjsonlsn_set_valor_long. */
 TQJSON2_API void tqjsonlsn_set_valor_ushort(tqjson2_nodo_t *nodo, const char16_t *etiqueta,
                                             uint16_t valor);
 /* Stores a copy of the text, escaped; the text stays the caller's. */

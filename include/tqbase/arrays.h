@@ -27,9 +27,11 @@ typedef tqbool (*arr_comparador_t)(const void *elemento, const void *clave);
 
 /* New array of `num` null elements. Destroy it with arr_DestruyeEstructurasConTipo. */
 TQBASE_API arr_puntero_t *arr_CreaPunteroConTipo(uint32_t num);
+/* The number of elements. */
 TQBASE_API uint32_t arr_NumElemsPuntero(const arr_puntero_t *arr);
 /* The element at `indice`; it stays the array's. */
 TQBASE_API void *arr_GetPunteroConTipo(const arr_puntero_t *arr, uint32_t indice);
+/* Stores `elemento` at `indice`, which must be below the count; the old one is not freed. */
 TQBASE_API void arr_SetPunteroConTipo(arr_puntero_t *arr, uint32_t indice, void *elemento);
 /* `elemento` becomes the last element; the caller has given up its reference. */
 TQBASE_API void arr_AppendPunteroConTipo(arr_puntero_t *arr, void *elemento);
@@ -52,27 +54,44 @@ TQBASE_API uint32_t arr_BuscarSiguienteEstructuraConTipo(const arr_puntero_t *ar
 
 /* ---- plain arrays: new arrays of `num` elements hold 0, FALSO or null strings ---- */
 
+/* Arrays of tqbool: created with `num` FALSO elements, destroyed with arr_DestruyeBOOL. */
 TQBASE_API arr_bool_t *arr_CreaBOOL(uint32_t num);
+/* The number of elements. */
 TQBASE_API uint32_t arr_NumElemsBOOL(const arr_bool_t *arr);
+/* The element at `indice`. */
 TQBASE_API tqbool arr_GetBOOL(const arr_bool_t *arr, uint32_t indice);
+/* Stores `valor` at `indice`, which must be below the count. */
 TQBASE_API void arr_SetBOOL(arr_bool_t *arr, uint32_t indice, tqbool valor);
+/* Frees the array and nulls `*arr`. */
 TQBASE_API void arr_DestruyeBOOL(arr_bool_t **arr);
 
+/* Arrays of unsigned 32-bit integers, created with `num` zeros. */
 TQBASE_API arr_ulong_t *arr_CreaULong(uint32_t num);
+/* The number of elements. */
 TQBASE_API uint32_t arr_NumElemsULong(const arr_ulong_t *arr);
+/* The element at `indice`. */
 TQBASE_API uint32_t arr_GetULong(const arr_ulong_t *arr, uint32_t indice);
+/* Stores `valor` at `indice`, which must be below the count. */
 TQBASE_API void arr_SetULong(arr_ulong_t *arr, uint32_t indice, uint32_t valor);
+/* Frees the array and nulls `*arr`. */
 TQBASE_API void arr_DestruyeULong(arr_ulong_t **arr);
 
+/* Arrays of doubles, created with `num` zeros. */
 TQBASE_API arr_double_t *arr_CreaDouble(uint32_t num);
+/* The number of elements. */
 TQBASE_API uint32_t arr_NumElemsDouble(const arr_double_t *arr);
+/* The element at `indice`. */
 TQBASE_API double arr_GetDouble(const arr_double_t *arr, uint32_t indice);
+/* Stores `valor` at `indice`, which must be below the count. */
 TQBASE_API void arr_SetDouble(arr_double_t *arr, uint32_t indice, double valor);
+/* Frees the array and nulls `*arr`. */
 TQBASE_API void arr_DestruyeDouble(arr_double_t **arr);
 
 /* Byte strings. Get returns the array's own string (null where none was set). */
 TQBASE_API arr_cadena_t *arr_CreaCADENA(uint32_t num);
+/* The number of strings. */
 TQBASE_API uint32_t arr_NumElemsCADENA(const arr_cadena_t *arr);
+/* The array's own string at `indice` (null where none was set): do not free it. */
 TQBASE_API const char *arr_GetCADENA(const arr_cadena_t *arr, uint32_t indice);
 /* Stores a copy of `cadena`; the caller keeps its own. */
 TQBASE_API void arr_SetCADENA(arr_cadena_t *arr, uint32_t indice, const char *cadena);
@@ -85,10 +104,15 @@ TQBASE_API void arr_DestruyeCADENA(arr_cadena_t **arr);
 
 /* Wide strings, with the same ownership as the byte strings. */
 TQBASE_API arr_cadena_u_t *arr_CreaCADENA_u(uint32_t num);
+/* The number of strings. */
 TQBASE_API uint32_t arr_NumElemsCADENA_u(const arr_cadena_u_t *arr);
+/* The array's own string at `indice` (null where none was set): do not free it. */
 TQBASE_API const char16_t *arr_GetCADENA_u(const arr_cadena_u_t *arr, uint32_t indice);
+/* Stores a copy of `cadena`; the caller keeps its own. */
 TQBASE_API void arr_SetCADENA_u(arr_cadena_u_t *arr, uint32_t indice, const char16_t *cadena);
+/* Takes the caller's string over without copying and nulls the caller's pointer. */
 TQBASE_API void arr_SetCADENAOriginal_u(arr_cadena_u_t *arr, uint32_t indice, char16_t **cadena);
+/* Frees the array and its strings, nulls `*arr`. */
 TQBASE_API void arr_DestruyeCADENA_u(arr_cadena_u_t **arr);
 
 TQBASE_C_FIN

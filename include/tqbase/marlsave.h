@@ -19,10 +19,12 @@ TQBASE_API void marlsave_destruye(marlsave_t **stream);
 
 /* A tqbool, as one byte. */
 TQBASE_API void marlsave_graba_bool(tqbool valor, marlsave_t *stream);
+/* The next flag; FALSO, reported, past the end. */
 TQBASE_API tqbool marlsave_lee_bool(marlsave_t *stream);
 /* A zero-terminated byte text, as its 32-bit length and its bytes. The text read back is new;
    free it with marlstr_destruye. */
 TQBASE_API void marlsave_graba_cadena_como_buffer(const char *cadena, marlsave_t *stream);
+/* The next text, new; an empty text, reported, when the stream holds no whole text. */
 TQBASE_API char *marlsave_lee_cadena_como_buffer(marlsave_t *stream);
 
 TQBASE_C_FIN

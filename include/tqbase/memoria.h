@@ -36,6 +36,7 @@ TQBASE_API void *marlspy_nousar_asigna_doble_puntero_no_null(void *puntero);
    given back (0 if it gave back more, freeing other threads' blocks), and the highest that
    figure reached since the last reset. */
 TQBASE_API void marlspy_nousar_uso_bloques_pequenos(size_t *en_uso, size_t *pico);
+/* Starts the calling thread's highest figure again from its present use. */
 TQBASE_API void marlspy_nousar_reinicia_pico_bloques_pequenos(void);
 
 TQBASE_C_FIN
