@@ -1,0 +1,75 @@
+# Runs the tqjson tool once and compares what it did with what the case expects.
+#   TOOL     the tool            ARGS    its arguments, separated by '|'; @OUT@ stands for
+#   INPUTS   its working folder          the file WORK/output
+#   WORK     a folder of the case's own, emptied first
+#   STDIN    a file of INPUTS for standard input (none: empty input)
+#   STATUS   the exit status expected
+#   STDOUT   the file standard output must equal (none: no output at all)
+#   STDERR   the one line standard error must hold, without its line feed (none: nothing)
+#   OUTPUT   the file WORK/output must equal, when the case writes one
+cmake_minimum_required(VERSION 3.25)
+
+file(REMOVE_RECURSE "${WORK}")
+file(MAKE_DIRECTORY "${WORK}")
+string(REPLACE "|" ";" args "${ARGS}")
+list(TRANSFORM args REPLACE "^@OUT@$" "${WORK}/output")
+if(STDIN)
+  set(stdin "${INPUTS}/${STDIN}")
+else()
+  set(stdin "${WORK}/empty")
+  file(WRITE "${stdin}" "")
+endif()
+
+execute_process(COMMAND "${TOOL}" ${args}
+  WORKING_DIRECTORY "${INPUTS}"
+  INPUT_FILE "${stdin}"
+  OUTPUT_FILE "${WORK}/stdout"
+  ERROR_VARIABLE stderr
+  RESULT_VARIABLE status)
+
+set(problems "")
+if(NOT status STREQUAL STATUS)
+  string(APPEND problems "exit status ${status}, expected ${STATUS}\n")
+endif()
+
+# Files are compared byte for byte: outputs may hold any byte, and line ends matter.
+function(compare_file what actual expected)
+  if(NOT EXISTS "${actual}")
+    string(APPEND problems "${what}: no file ${actual}\n")
+  else()
+    execute_process(COMMAND "${CMAKE_COMMAND}" -E compare_files "${expected}" "${actual}"
+                    RESULT_VARIABLE differ OUTPUT_QUIET ERROR_QUIET)
+    if(differ)
+      file(READ "${actual}" got)
+      string(APPEND problems "${what} differs from ${expected}; it was:\n${got}\n")
+    endif()
+  endif()
+  set(problems "${problems}" PARENT_SCOPE)
+endfunction()
+
+if(STDOUT)
+  compare_file("standard output" "${WORK}/stdout" "${STDOUT}")
+else()
+  file(SIZE "${WORK}/stdout" size)
+  if(NOT size EQUAL 0)
+    file(READ "${WORK}/stdout" got)
+    string(APPEND problems "unexpected standard output:\n${got}\n")
+  endif()
+endif()
+
+if(STDERR)
+  set(expected_stderr "${STDERR}\n")
+else()
+  set(expected_stderr "")
+endif()
+if(NOT stderr STREQUAL expected_stderr)
+  string(APPEND problems "standard error was:\n${stderr}expected:\n${expected_stderr}")
+endif()
+
+if(OUTPUT)
+  compare_file("the output file" "${WORK}/output" "${OUTPUT}")
+endif()
+
+if(problems)
+  message(FATAL_ERROR "tqjson ${args}\n${problems}")
+endif()

@@ -1,0 +1,102 @@
+// tqjson: reads, checks, queries and writes JSON documents, and converts Base64, through the
+// tqjson2 library.
+#include <cstdio>
+#include <exception>
+#include <string>
+#include <vector>
+
+#include "commands.h"
+#include "reports.h"
+#include "tool.h"
+
+namespace tqjson {
+
+namespace {
+
+constexpr std::string_view usage = R"(Usage: tqjson COMMAND [ARGUMENTS]
+
+Reads, checks, queries and writes JSON documents, and converts Base64.
+
+Commands:
+  format [FILE|-]                write a document indented, or minified
+  check FILE...                  tell whether each file is a readable document
+  get FILE PATH                  print the value at a path of member names and indexes
+  base64 encode|decode [FILE|-]  convert bytes to Base64 text and back
+
+Options:
+  -h, --help   print this help; tqjson COMMAND --help prints a command's
+  --version    print the version
+
+Exit status: 0 on success, 1 when an input is not what was asked for (not a readable
+document, a path not found, not Base64 text), 2 for usage and file errors.
+)";
+
+struct Command {
+    std::string_view name;
+    int (*run)(const std::vector<std::string> &args);
+};
+
+constexpr Command commands[] = {
+    {"format", run_format},
+    {"check", run_check},
+    {"get", run_get},
+    {"base64", run_base64},
+};
+
+int run(const std::vector<std::string> &args) {
+    if (args.empty())
+        fail(exit_usage_or_file, "no command given (see tqjson --help)");
+    const std::string &first = args[0];
+    if (first == "-h" || first == "--help") {
+        write_stdout(usage);
+        return exit_success;
+    }
+    if (first == "--version") {
+        write_stdout("tqjson " TQJSON_VERSION "\n");
+        return exit_success;
+    }
+    for (const Command &command : commands)
+        if (command.name == first)
+            return command.run({args.begin() + 1, args.end()});
+    if (first.starts_with('-'))
+        fail(exit_usage_or_file, "unknown option '" + first + "' (see tqjson --help)");
+    fail(exit_usage_or_file, "unknown command '" + first + "' (see tqjson --help)");
+}
+
+} // namespace
+
+void print_error(std::string_view message) {
+    std::fprintf(stderr, "tqjson: %.*s\n", static_cast<int>(message.size()), message.data());
+}
+
+void print_warning(std::string_view message) {
+    std::fprintf(stderr, "tqjson: warning: %.*s\n", static_cast<int>(message.size()),
+                 message.data());
+}
+
+void write_stdout(std::string_view bytes) {
+    std::fwrite(bytes.data(), 1, bytes.size(), stdout);
+}
+
+} // namespace tqjson
+
+int main(int argc, char **argv) {
+    using namespace tqjson;
+    install_report_counter();
+    int status = exit_success;
+    try {
+        status = run({argv + 1, argv + argc});
+    } catch (const Failure &failure) {
+        print_error(failure.message);
+        status = failure.status;
+    } catch (const std::exception &error) {
+        print_error(error.what());
+        status = exit_usage_or_file;
+    }
+    // Output that never arrived is a failure too, whatever the command made of its input.
+    if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
+        print_error("standard output: cannot write");
+        status = exit_usage_or_file;
+    }
+    return status;
+}
