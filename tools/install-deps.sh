@@ -5,7 +5,7 @@
 set -euo pipefail
 
 packages=(g++ cmake ninja-build libgtest-dev libgmock-dev libbenchmark-dev clang-format binutils
-          clang libclang-rt-14-dev "$@")
+          clang libclang-rt-14-dev pkgconf "$@")
 
 missing=()
 for p in "${packages[@]}"; do

@@ -122,7 +122,7 @@ unsigned char *tqjsonbase64_decode(const void *src, uint32_t len, uint32_t *out_
     tqstdc_memset(tabla, i_FUERA, sizeof tabla);
     for (unsigned char v = 0; v < 64; ++v)
         tabla[static_cast<unsigned char>(i_base64_table[v])] = v;
-    tabla['='] = i_RELLENO;
+    tabla[static_cast<unsigned char>('=')] = i_RELLENO;
 
     const auto *in = static_cast<const unsigned char *>(src);
     const uint32_t cuenta = i_cuenta_de_la_codificacion(in, len);
