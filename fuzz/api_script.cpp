@@ -1,8 +1,9 @@
 // The input as a script of calls on a few live trees: nodes of every kind created or read, the
 // append family, members made and appended, borrowed values, the setters, lookups, extraction,
-// the getters and value tests, writing and destruction. Wrong kinds and null pointers are fair
-// calls: they must be reported and leave the trees sound. At the end every root is written and
-// everything is destroyed, so that the leak check sees any ownership slip.
+// the getters and value tests, the named-value families, writing and destruction. Wrong kinds
+// and null pointers are fair calls: they must be reported and leave the trees sound. At the end
+// every root is written and everything is destroyed, so that the leak check sees any ownership
+// slip.
 //
 // The harness keeps the ownership rules of the interface: root slots own their trees, shared
 // nodes live to the end and are only ever borrowed, pending members own their values. A node
@@ -365,8 +366,193 @@ void write(const tqjson2_nodo_t *nodo) {
     fuzz::indented(nodo);
 }
 
+// The named-value families on whatever node is picked: writers add members (records through a
+// callback that writes a field of its own), readers hand out texts, arrays and records that are
+// freed here, setters change members in place or append them.
+int g_registro; // the record every read callback returns: never freed, only compared
+void graba_registro(void *item, tqjson2_nodo_t *nodo) {
+    tqjson2_graba_long(u"r", item == &g_registro ? 1 : 0, nodo);
+}
+void *lee_registro(const tqjson2_nodo_t *nodo) {
+    tqjson2_lee_long(u"r", 0, nodo);
+    return &g_registro;
+}
+tqbool enum_valido(int32_t valor) {
+    return valor < 3 ? CIERTO : FALSO;
+}
+const char16_t *enum_texto(int32_t valor) {
+    return kNames[valor];
+}
+
+void persist(fuzz::Script &s, State &st) {
+    const Target t = pick_target(s, st);
+    tqjson2_nodo_t *nodo = t.nodo;
+    const std::u16string nombre = pick_name(s);
+    const char16_t *n = nombre.c_str();
+    switch (s.below(24)) {
+        case 0:
+            tqjson2_graba_long(n, static_cast<int32_t>(s.u32()), nodo);
+            break;
+        case 1:
+            tqjson2_graba_ulong(n, s.u32(), nodo);
+            break;
+        case 2:
+            tqjson2_graba_version(n, s.byte(), nodo);
+            break;
+        case 3:
+            tqjson2_graba_double(n, s.f64(), nodo);
+            break;
+        case 4:
+            tqjson2_graba_cadena_unicode(n, s.wide(8).c_str(), nodo);
+            break;
+        case 5:
+            tqjson2_graba_cadena_ansi(n, s.bytes(8).c_str(), nodo);
+            break;
+        case 6: {
+            tqjson2_lee_long(n, 0, nodo);
+            tqjson2_lee_ulong(n, 0, nodo);
+            tqjson2_lee_double(n, 0, nodo);
+            tqjson2_lee_tqbool(n, FALSO, nodo);
+            tqjson2_lee_version_opcional(n, 0, nodo);
+            tqjson2_lee_time_t(n, 0, nodo);
+            tqjson2_lee_time64_t(n, 0, nodo);
+            break;
+        }
+        case 7:
+            fuzz::take(tqjson2_lee_cadena_ansi(n, "d", nodo));
+            fuzz::take(tqjson2_lee_cadena_ansi_opcional(n, nodo));
+            break;
+        case 8:
+            fuzz::take(tqjson2_lee_cadena_unicode(n, u"d", nodo));
+            fuzz::take(tqjson2_lee_cadena_unicode_opcional(n, nodo));
+            fuzz::take(tqjson2_lee_cadena_unicode_seguro(n, u"d", nodo));
+            break;
+        case 9: {
+            arr_bool_t *b = arr_CreaBOOL(s.below(4));
+            tqjson2_graba_arr_bool(n, b, nodo);
+            arr_DestruyeBOOL(&b);
+            arr_ulong_t *u = arr_CreaULong(1);
+            arr_SetULong(u, 0, s.u32());
+            tqjson2_graba_arr_ulong_en_array(u, nodo);
+            arr_DestruyeULong(&u);
+            break;
+        }
+        case 10: {
+            arr_cadena_u_t *w = arr_CreaCADENA_u(0);
+            tqjson2_graba_arr_cadenas_unicode(n, w, nodo);
+            arr_DestruyeCADENA_u(&w);
+            arr_cadena_t *c = arr_CreaCADENA(1);
+            arr_SetCADENA(c, 0, s.bytes(8).c_str());
+            tqjson2_graba_arr_cadenas_en_array(c, nodo);
+            arr_DestruyeCADENA(&c);
+            break;
+        }
+        case 11: {
+            arr_bool_t *b =
+                s.below(2) ? tqjson2_lee_arr_bool(n, nodo) : tqjson2_lee_arr_bool_en_array(nodo);
+            arr_DestruyeBOOL(&b);
+            arr_ulong_t *u =
+                s.below(2) ? tqjson2_lee_arr_ulong(n, nodo) : tqjson2_lee_arr_ulong_en_array(nodo);
+            arr_DestruyeULong(&u);
+            arr_double_t *d = s.below(2) ? tqjson2_lee_arr_double(n, nodo)
+                                         : tqjson2_lee_arr_double_en_array(nodo);
+            arr_DestruyeDouble(&d);
+            break;
+        }
+        case 12: {
+            arr_cadena_t *c = s.below(2) ? tqjson2_lee_arr_cadenas(n, nodo)
+                                         : tqjson2_lee_arr_cadenas_en_array(nodo);
+            arr_DestruyeCADENA(&c);
+            arr_cadena_u_t *w = s.below(2) ? tqjson2_lee_arr_cadenas_unicode(n, nodo)
+                                           : tqjson2_lee_arr_cadenas_unicode_en_array(nodo);
+            arr_DestruyeCADENA_u(&w);
+            break;
+        }
+        case 13:
+            if (s.below(2))
+                tqjson2_nousar_graba_ST(n, &g_registro, graba_registro, nodo);
+            else
+                tqjson2_nousar_graba_ST_opcional(n, s.below(2) ? &g_registro : nullptr,
+                                                 graba_registro, nodo);
+            break;
+        case 14: {
+            arr_puntero_t *lista = arr_CreaPunteroConTipo(s.below(3));
+            tqjson2_nousar_graba_arr_punterosST(n, lista, graba_registro, nodo);
+            arr_DestruyeEstructurasConTipo(&lista, nullptr);
+            break;
+        }
+        case 15: {
+            void *r1 = tqjson2_nousar_lee_ST(n, lee_registro, nodo);
+            void *r2 = tqjson2_nousar_lee_ST_opcional(n, lee_registro, nodo);
+            if ((r1 && r1 != &g_registro) || (r2 && r2 != &g_registro))
+                fuzz::finding("a record reader returned what no callback made");
+            arr_puntero_t *lista = tqjson2_nousar_lee_arr_punterosST(n, lee_registro, nodo);
+            for (void *r : fuzz::children(lista))
+                if (r != &g_registro)
+                    fuzz::finding("a list of records holds what no callback made");
+            arr_DestruyeEstructurasConTipo(&lista, nullptr);
+            break;
+        }
+        case 16: {
+            tqjsonlsn_leer_valor_booleano_con_valor_defecto(nodo, n, FALSO);
+            tqjsonlsn_leer_valor_double_con_valor_defecto(nodo, n, 0);
+            tqjsonlsn_leer_valor_long_con_valor_defecto(nodo, n, 0);
+            tqjsonlsn_leer_valor_ulong_con_valor_defecto(nodo, n, 0);
+            tqjsonlsn_leer_valor_ushort_con_valor_defecto(nodo, n, 0);
+            double valor = 0;
+            tqjsonlsn_es_posible_leer_double(n, nodo, &valor);
+            char16_t *cadena = nullptr;
+            tqjsonlsn_es_posible_leer_cadena_unicode(n, nodo, &cadena);
+            if (cadena)
+                fuzz::take(cadena);
+            int32_t valor_enum = 0;
+            tqjsonlsn_nousar_es_posible_leer_enum(n, enum_valido, enum_texto, nodo, &valor_enum);
+            break;
+        }
+        case 17:
+            tqjsonlsn_set_valor_booleano(nodo, n, static_cast<tqbool>(s.below(2)));
+            break;
+        case 18:
+            tqjsonlsn_set_valor_double(nodo, n, s.f64());
+            break;
+        case 19:
+            tqjsonlsn_set_valor_ulong(nodo, n, s.u32());
+            break;
+        case 20:
+            tqjsonlsn_set_valor_ushort(nodo, n, static_cast<uint16_t>(s.u32()));
+            break;
+        case 21:
+            tqjsonlsn_set_valor_cadena_unicode(nodo, n, s.wide(8).c_str());
+            break;
+        case 22: { // roots handed over as the member's elements
+            arr_puntero_t *valores = arr_CreaPunteroConTipo(0);
+            if (tqjson2_nodo_t **raiz = pick_root_for(s, st, t); raiz && *raiz) {
+                arr_AppendPunteroConTipo(valores, *raiz);
+                *raiz = nullptr;
+            }
+            tqjsonlsn_set_nodos_array(nodo, n, &valores);
+            check_taken(valores, "tqjsonlsn_set_nodos_array left the array pointer set");
+            break;
+        }
+        default: { // JSON text through a save stream and back
+            const std::string texto = s.bytes(32);
+            marlsave_t *stream = marlsave_crea_en_memoria();
+            tqjson2_graba_str_json_marlsave_opcional(s.below(2) ? texto.c_str() : nullptr, stream);
+            tqjson2_graba_str_json_marlsave(texto.c_str(), stream);
+            marlsave_rebobina(stream);
+            char *opcional = tqjson2_lee_str_json_marlsave_opcional(stream);
+            if (opcional && texto != fuzz::take(opcional))
+                fuzz::finding("a text came back changed from a save stream");
+            if (texto != fuzz::take(tqjson2_lee_str_json_marlsave(stream)))
+                fuzz::finding("a text came back changed from a save stream");
+            marlsave_destruye(&stream);
+            break;
+        }
+    }
+}
+
 void step(fuzz::Script &s, State &st) {
-    switch (s.below(16)) {
+    switch (s.below(17)) {
         case 0: { // a new root, in place of the slot's old one
             tqjson2_nodo_t *&raiz = st.roots[s.below(kRoots)];
             if (raiz)
@@ -452,6 +638,9 @@ void step(fuzz::Script &s, State &st) {
             break;
         case 14:
             write(pick_target(s, st).nodo);
+            break;
+        case 15:
+            persist(s, st);
             break;
         default: { // a shared node, made once and kept to the end
             tqjson2_nodo_t *&compartido = st.shared[s.below(kShared)];
