@@ -30,8 +30,6 @@ void i_set_valor_basico(tqjson2_nodo_t *nodo, int32_t tipo, char **cadena_utf8, 
     if (nodo->tipo == TQJSON_TIPO_CADENA)
         marlstr_destruye(&nodo->cadena_utf8);
     nodo->tipo = tipo;
-    nodo->cadena_utf8 = cadena;
-    nodo->entero = entero;
-    nodo->valor_double = valor_double;
+    i_guarda_valor(nodo, nullptr, nullptr, cadena, entero, valor_double);
     nodo->booleano = booleano;
 }

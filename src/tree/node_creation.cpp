@@ -13,13 +13,10 @@ tqjson2_nodo_t *i_crea_nodo(int32_t tipo, arr_puntero_t **atributos_objeto,
                             tqbool booleano) {
     tqjson2_nodo_t *nodo = i_nuevo<tqjson2_nodo_t>();
     nodo->tipo = tipo;
-    nodo->atributos_objeto = i_toma_opcional(atributos_objeto);
-    nodo->valores_array = i_toma_opcional(valores_array);
-    nodo->cadena_utf8 = i_toma_opcional(cadena_utf8);
     nodo->texto_decodificado = texto_decodificado;
-    nodo->entero = entero;
-    nodo->valor_double = valor_double;
     nodo->booleano = booleano;
+    i_guarda_valor(nodo, i_toma_opcional(atributos_objeto), i_toma_opcional(valores_array),
+                   i_toma_opcional(cadena_utf8), entero, valor_double);
     return nodo;
 }
 

@@ -13,18 +13,64 @@
 inline constexpr int32_t i_ENTERO_RELLENO = 2147483647;
 inline constexpr double i_DOUBLE_RELLENO = DBL_MAX; // bit pattern 0x7FEFFFFFFFFFFFFF
 
-// Fields ordered so that the record packs into 48 bytes.
+// A node holds one value, in the member of the union that its kind uses: 16 bytes a node.
+// The value fields that its kind does not use read as their fill values (the i_..._de
+// accessors), as if each kind stored every field.
 struct tqjson2_nodo {
-    int32_t tipo;                    // TQJSON_TIPO_*
-    int32_t entero;                  // integers; i_ENTERO_RELLENO elsewhere
-    arr_puntero_t *atributos_objeto; // members (tqjson2_atributo_t *), objects only
-    arr_puntero_t *valores_array;    // elements (tqjson2_nodo_t *), arrays only
-    char *cadena_utf8;               // strings only
-    double valor_double;             // doubles; i_DOUBLE_RELLENO elsewhere
-    tqbool texto_decodificado;       // CIERTO: plain text; FALSO: the escaped form
-    tqbool booleano;                 // booleans; FALSO elsewhere
+    int32_t tipo;              // TQJSON_TIPO_*
+    tqbool texto_decodificado; // strings: CIERTO for plain text, FALSO for the escaped form
+    tqbool booleano;           // booleans; FALSO elsewhere
+    union {
+        arr_puntero_t *atributos_objeto; // objects: members (tqjson2_atributo_t *)
+        arr_puntero_t *valores_array;    // arrays: elements (tqjson2_nodo_t *)
+        char *cadena_utf8;               // strings
+        int32_t entero;                  // integers
+        double valor_double;             // doubles
+    };
 };
-static_assert(sizeof(tqjson2_nodo) == 48);
+static_assert(sizeof(tqjson2_nodo) == 16);
+
+inline arr_puntero_t *i_atributos_de(const tqjson2_nodo_t *nodo) {
+    return nodo->tipo == TQJSON_TIPO_OBJETO ? nodo->atributos_objeto : nullptr;
+}
+inline arr_puntero_t *i_valores_de(const tqjson2_nodo_t *nodo) {
+    return nodo->tipo == TQJSON_TIPO_ARRAY ? nodo->valores_array : nullptr;
+}
+inline char *i_cadena_de(const tqjson2_nodo_t *nodo) {
+    return nodo->tipo == TQJSON_TIPO_CADENA ? nodo->cadena_utf8 : nullptr;
+}
+inline int32_t i_entero_de(const tqjson2_nodo_t *nodo) {
+    return nodo->tipo == TQJSON_TIPO_ENTERO ? nodo->entero : i_ENTERO_RELLENO;
+}
+inline double i_double_de(const tqjson2_nodo_t *nodo) {
+    return nodo->tipo == TQJSON_TIPO_DOUBLE ? nodo->valor_double : i_DOUBLE_RELLENO;
+}
+
+// Stores the value of the node's kind in the union; what another kind would hold is not kept.
+inline void i_guarda_valor(tqjson2_nodo_t *nodo, arr_puntero_t *atributos_objeto,
+                           arr_puntero_t *valores_array, char *cadena_utf8, int32_t entero,
+                           double valor_double) {
+    nodo->cadena_utf8 = nullptr;
+    switch (nodo->tipo) {
+        case TQJSON_TIPO_OBJETO:
+            nodo->atributos_objeto = atributos_objeto;
+            break;
+        case TQJSON_TIPO_ARRAY:
+            nodo->valores_array = valores_array;
+            break;
+        case TQJSON_TIPO_CADENA:
+            nodo->cadena_utf8 = cadena_utf8;
+            break;
+        case TQJSON_TIPO_ENTERO:
+            nodo->entero = entero;
+            break;
+        case TQJSON_TIPO_DOUBLE:
+            nodo->valor_double = valor_double;
+            break;
+        default:
+            break;
+    }
+}
 
 // A member's name is a block of its own, or stands in the member's block right after its
 // fields (i_crea_atributo_propietario_con_nombre): one allocation for the members a read makes.

@@ -4,14 +4,14 @@
 tqbool tqjson2_es_valor_entero(const tqjson2_nodo_t *nodo, int32_t *valor) {
     if (!i_VERIFICA((valor) != NULL) || !nodo)
         return FALSO;
-    *valor = nodo->entero; // the fill value for a node of another kind
+    *valor = i_entero_de(nodo); // the fill value for a node of another kind
     return nodo->tipo == TQJSON_TIPO_ENTERO ? CIERTO : FALSO;
 }
 
 tqbool tqjson2_es_valor_double(const tqjson2_nodo_t *nodo, double *valor) {
     if (!i_VERIFICA((valor) != NULL) || !nodo)
         return FALSO;
-    *valor = nodo->valor_double;
+    *valor = i_double_de(nodo);
     return nodo->tipo == TQJSON_TIPO_DOUBLE ? CIERTO : FALSO;
 }
 

@@ -23,8 +23,8 @@ TEST(NodeLifecycle, EveryCreatorFillsTheFieldsItsKindDoesNotUse) {
     for (auto row : rows) {
         SCOPED_TRACE(row.label);
         EXPECT_EQ(fields(row.nodo), row.expected);
-        EXPECT_EQ(row.nodo->cadena_utf8, nullptr);
-        for (const arr_puntero_t *hijos : {row.nodo->atributos_objeto, row.nodo->valores_array})
+        EXPECT_EQ(i_cadena_de(row.nodo), nullptr);
+        for (const arr_puntero_t *hijos : {i_atributos_de(row.nodo), i_valores_de(row.nodo)})
             EXPECT_TRUE(!hijos || arr_NumElemsPuntero(hijos) == 0);
         tqjson2_destruye_nodo(&row.nodo);
         EXPECT_EQ(row.nodo, nullptr);

@@ -28,10 +28,10 @@ inline uint64_t bits(double valor) {
 using Fields = std::tuple<int32_t, bool, bool, int32_t, uint64_t, tqbool, tqbool>;
 inline Fields fields(const tqjson2_nodo_t *n) {
     return {n->tipo,
-            n->atributos_objeto != nullptr,
-            n->valores_array != nullptr,
-            n->entero,
-            bits(n->valor_double),
+            i_atributos_de(n) != nullptr,
+            i_valores_de(n) != nullptr,
+            i_entero_de(n),
+            bits(i_double_de(n)),
             n->booleano,
             n->texto_decodificado};
 }

@@ -7,7 +7,7 @@ TEST(ValueSetters, AScalarNodeChangesKindAndLooksNewlyCreated) {
     char16_t *texto = wide(u"línea\nnueva\\");
     Tree nodo{tqjson2_crea_nodo_texto_unicode_a_utf8(&texto)};
     tqjson2_set_nodo_entero(nodo.raiz, 5); // frees the text
-    EXPECT_EQ(nodo.raiz->cadena_utf8, nullptr);
+    EXPECT_EQ(i_cadena_de(nodo.raiz), nullptr);
     EXPECT_EQ(fields(nodo.raiz), Fields(3, false, false, 5, kFillBits, FALSO, FALSO));
     tqjson2_set_nodo_double(nodo.raiz, 1.25);
     EXPECT_EQ(fields(nodo.raiz), Fields(4, false, false, kFill, bits(1.25), FALSO, FALSO));
