@@ -2,10 +2,15 @@
 // only the current token's extent; values, wide literals and positions are worked out when
 // asked for, so a token that is skipped costs no more than finding its end.
 #include <array>
+#include <bit>
 #include <charconv>
 #include <cmath>
 #include <cstring>
 #include <limits>
+
+#if defined(__SSE2__) || defined(_M_X64)
+#include <emmintrin.h>
+#endif
 
 #include "lexer_record.h"
 #include "tqbase/cadenas.h"
@@ -81,9 +86,23 @@ uint32_t i_token(anlex *lex, uint32_t token, const char *fin_token) {
     return token;
 }
 
-// Passes the bytes of a JSON literal that need no look, eight at a time: it stops at the first
-// word holding a quotation mark, a backslash, a line feed or a zero byte.
+// Passes the bytes of a JSON literal that need no look: it stops at a quotation mark, a
+// backslash, a line feed or a zero byte, sixteen bytes a step where the processor has SSE2
+// (every x86-64 does), else eight at a time up to the word that holds one.
 const char *i_salta_texto_literal(const char *p, const char *fin) {
+#if defined(__SSE2__) || defined(_M_X64)
+    const __m128i comilla = _mm_set1_epi8('"'), barra = _mm_set1_epi8('\\'),
+                  salto = _mm_set1_epi8('\n'), cero = _mm_setzero_si128();
+    while (fin - p >= 16) {
+        const __m128i x = _mm_loadu_si128(reinterpret_cast<const __m128i *>(p));
+        const __m128i especial =
+            _mm_or_si128(_mm_or_si128(_mm_cmpeq_epi8(x, comilla), _mm_cmpeq_epi8(x, barra)),
+                         _mm_or_si128(_mm_cmpeq_epi8(x, salto), _mm_cmpeq_epi8(x, cero)));
+        if (const int mascara = _mm_movemask_epi8(especial))
+            return p + std::countr_zero(static_cast<unsigned>(mascara));
+        p += 16;
+    }
+#endif
     constexpr uint64_t i_UNOS = 0x0101010101010101u, i_ALTOS = 0x8080808080808080u;
     const auto tiene_cero = [](uint64_t v) { return (v - i_UNOS) & ~v & i_ALTOS; };
     while (fin - p >= 8) {

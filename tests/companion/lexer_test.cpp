@@ -155,6 +155,18 @@ TEST(Lexer, JsonLiteralsGiveWideTextWithBareQuotesAndTheirRawBytes) {
     }
 }
 
+// The literal's scan steps over many bytes at once: a quotation mark, a backslash, a line feed
+// or the end must stop it at every offset, before and after a step's boundary.
+TEST(Lexer, ALiteralStopsAtItsFirstSpecialByteWhereverItStands) {
+    for (size_t n = 0; n < 40; ++n) {
+        const std::string a(n, 'a'), b(40 - n, 'b');
+        EXPECT_EQ(lex(("\"" + a + "\" " + b + "\"").c_str()), "L(" + a + ") N X") << n;
+        EXPECT_EQ(lex(("\"" + a + "\\\"" + b + "\"").c_str()), "L(" + a + "\"" + b + ")") << n;
+        EXPECT_EQ(lex(("\"" + a + "\n" + b).c_str()), "X N") << n;
+        EXPECT_EQ(lex(("\"" + a).c_str()), "X") << n;
+    }
+}
+
 TEST(Lexer, EveryInputGivesTheSameTokensAndPositions) {
     const struct {
         std::string utf8;
