@@ -31,7 +31,7 @@ TQBASE_API void *marlspy_nousar_asigna_doble_puntero(void *puntero);
    report. */
 TQBASE_API void *marlspy_nousar_asigna_doble_puntero_no_null(void *puntero);
 
-/* For measurements: the calling thread's use of the pool that serves blocks of up to 64 bytes
+/* For measurements: the calling thread's use of the pool that serves blocks of up to 256 bytes
    (which the system allocator never sees): bytes of the blocks it has taken less those it has
    given back (0 if it gave back more, freeing other threads' blocks), and the highest that
    figure reached since the last reset. */
