@@ -14,6 +14,16 @@ void i_graba_arr(const char16_t *etiqueta, const Arr *valores, tqjson2_nodo_t *n
     tqjson2_append_nodo_a_objeto(nodo, etiqueta, &nuevo);
 }
 
+// Appends every element of the typed array, in order, with the append of its kind; the array
+// stays the caller's.
+template <class Arr, class T, class U>
+void i_graba_elementos(const Arr *valores, tqjson2_nodo_t *nodo_array, uint32_t (*num)(const Arr *),
+                       T (*get)(const Arr *, uint32_t), void (*agrega)(tqjson2_nodo_t *, U)) {
+    const uint32_t n = num(valores);
+    for (uint32_t i = 0; i < n; ++i)
+        agrega(nodo_array, get(valores, i));
+}
+
 // The array made by `lee_en_array` from the member `etiqueta`, or the empty one `crea` makes.
 template <class Arr>
 Arr *i_lee_arr(const char16_t *etiqueta, const tqjson2_nodo_t *nodo,
@@ -40,28 +50,24 @@ Arr *i_lee_elementos(const tqjson2_nodo_t *nodo_array, Arr *(*crea)(uint32_t), G
 } // namespace
 
 void tqjson2_graba_arr_bool_en_array(const arr_bool_t *valores, tqjson2_nodo_t *nodo_array) {
-    const uint32_t n = arr_NumElemsBOOL(valores);
-    for (uint32_t i = 0; i < n; ++i)
-        tqjson2_append_bool_a_array(nodo_array, arr_GetBOOL(valores, i));
+    i_graba_elementos(valores, nodo_array, arr_NumElemsBOOL, arr_GetBOOL,
+                      tqjson2_append_bool_a_array);
 }
 
 void tqjson2_graba_arr_cadenas_en_array(const arr_cadena_t *valores, tqjson2_nodo_t *nodo_array) {
-    const uint32_t n = arr_NumElemsCADENA(valores);
-    for (uint32_t i = 0; i < n; ++i)
-        tqjson2_append_cadena_ansi_a_array(nodo_array, arr_GetCADENA(valores, i));
+    i_graba_elementos(valores, nodo_array, arr_NumElemsCADENA, arr_GetCADENA,
+                      tqjson2_append_cadena_ansi_a_array);
 }
 
 void tqjson2_graba_arr_cadenas_unicode_en_array(const arr_cadena_u_t *valores,
                                                 tqjson2_nodo_t *nodo_array) {
-    const uint32_t n = arr_NumElemsCADENA_u(valores);
-    for (uint32_t i = 0; i < n; ++i)
-        tqjson2_append_cadena_unicode_a_array(nodo_array, arr_GetCADENA_u(valores, i));
+    i_graba_elementos(valores, nodo_array, arr_NumElemsCADENA_u, arr_GetCADENA_u,
+                      tqjson2_append_cadena_unicode_a_array);
 }
 
 void tqjson2_graba_arr_ulong_en_array(const arr_ulong_t *valores, tqjson2_nodo_t *nodo_array) {
-    const uint32_t n = arr_NumElemsULong(valores);
-    for (uint32_t i = 0; i < n; ++i)
-        tqjson2_append_ulong_a_array(nodo_array, arr_GetULong(valores, i));
+    i_graba_elementos(valores, nodo_array, arr_NumElemsULong, arr_GetULong,
+                      tqjson2_append_ulong_a_array);
 }
 
 void tqjson2_graba_arr_bool(const char16_t *etiqueta, const arr_bool_t *valores,

@@ -29,9 +29,8 @@ const tqjson2_nodo_t *i_objeto_miembro(const char16_t *etiqueta, const tqjson2_n
 
 void tqjson2_nousar_graba_ST(const char16_t *etiqueta, void *item,
                              tqjson2_func_graba_item_t func_graba_item, tqjson2_nodo_t *nodo) {
-    tqjson2_nodo_t *objeto = tqjson2_crea_nodo_objeto();
-    if (i_VERIFICA((func_graba_item) != NULL))
-        func_graba_item(item, objeto); // the node joins the tree only afterwards
+    i_VERIFICA((func_graba_item) != NULL);
+    tqjson2_nodo_t *objeto = i_objeto_de(item, func_graba_item); // joins the tree only afterwards
     tqjson2_append_nodo_a_objeto(nodo, etiqueta, &objeto);
 }
 

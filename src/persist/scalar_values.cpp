@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "persist/persist.h"
+#include "tree/guarded_text.h"
 
 void i_comprueba_etiqueta_nueva(const char16_t *etiqueta, const tqjson2_nodo_t *nodo) {
     tqjson2_nodo_t *nodo_dato = nullptr;
@@ -165,18 +166,8 @@ char16_t *tqjson2_lee_cadena_unicode(const char16_t *etiqueta, const char16_t *d
 
 char16_t *tqjson2_lee_cadena_unicode_seguro(const char16_t *etiqueta, const char16_t *defecto,
                                             const tqjson2_nodo_t *nodo) {
-    char16_t *volatile texto = nullptr; // volatile: assigned between the guard and a jump back
-    int32_t estado;
-    trapable_marco_t *marco = trapable_nousar_try_catch_INI(FALSO, &estado);
-    if (TRAPABLE_GUARDA(marco)) {
-        texto = tqjson2_lee_cadena_unicode(etiqueta, defecto, nodo);
-    } else if (trapable_nousar_ChequeaExcepcion(marco, trapable_nousar_excepcion(marco)) ==
-               CIERTO) {
-        trapable_nousar_try_catch_ERROR(marco);
-        texto = widestr_nousar_copia(u"<Readed uninitialized variable>", i_MODULO, __LINE__);
-    }
-    trapable_nousar_try_catch_END(&marco, FALSO, estado);
-    return texto;
+    return i_texto_guardado([&] { return tqjson2_lee_cadena_unicode(etiqueta, defecto, nodo); },
+                            u"<Readed uninitialized variable>");
 }
 
 int64_t tqjson2_lee_time_t(const char16_t *etiqueta, int64_t defecto, const tqjson2_nodo_t *nodo) {

@@ -1,6 +1,6 @@
 // Building trees: appending members to objects and elements to arrays. Every append ends in
 // one of the two core appends, which take the member or node over.
-#include "tree/nodes.h"
+#include "tree/guarded_text.h"
 
 void tqjson2_append_atributo_a_objeto(tqjson2_nodo_t *objeto, tqjson2_atributo_t **atributo) {
     // Taken over before the object is checked, so that a refused member is not leaked.
@@ -155,17 +155,9 @@ void tqjson2_append_time64_t_a_objeto(tqjson2_nodo_t *objeto, const char16_t *et
 // failure caught there abandons nothing half-built, and the member is appended after it.
 void tqjson2_append_cadena_unicode_a_objeto_seguro(tqjson2_nodo_t *objeto, const char16_t *etiqueta,
                                                    const char16_t *texto) {
-    char16_t *volatile copia = nullptr; // volatile: assigned between the guard and a jump back
-    int32_t estado;
-    trapable_marco_t *marco = trapable_nousar_try_catch_INI(FALSO, &estado);
-    if (TRAPABLE_GUARDA(marco)) {
-        copia = widestr_nousar_copia(texto, i_MODULO, __LINE__);
-    } else if (trapable_nousar_ChequeaExcepcion(marco, trapable_nousar_excepcion(marco)) ==
-               CIERTO) {
-        trapable_nousar_try_catch_ERROR(marco);
-        copia = widestr_nousar_copia(u"<Writted uninitialized variable>", i_MODULO, __LINE__);
-    }
-    trapable_nousar_try_catch_END(&marco, FALSO, estado);
-    if (char16_t *propia = copia)
-        i_append_a_objeto(objeto, etiqueta, tqjson2_crea_nodo_texto_unicode_a_utf8(&propia));
+    char16_t *copia =
+        i_texto_guardado([&] { return widestr_nousar_copia(texto, i_MODULO, __LINE__); },
+                         u"<Writted uninitialized variable>");
+    if (copia)
+        i_append_a_objeto(objeto, etiqueta, tqjson2_crea_nodo_texto_unicode_a_utf8(&copia));
 }
