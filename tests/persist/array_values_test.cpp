@@ -2,48 +2,8 @@
 
 #include <functional>
 
+#include "persist/persist_test_support.h"
 #include "support/recording_handler.h"
-#include "support/temp_file.h"
-#include "support/tree_builder.h"
-
-namespace {
-using Conditions = std::vector<std::string>;
-
-// The elements of the plain arrays as vectors, the array destroyed (and its pointer nulled).
-template <class Arr, class T>
-std::vector<T> drain(Arr *arr, uint32_t (*num)(const Arr *), T (*get)(const Arr *, uint32_t),
-                     void (*destruye)(Arr **)) {
-    EXPECT_NE(arr, nullptr);
-    std::vector<T> out;
-    for (uint32_t i = 0; i < num(arr); ++i)
-        out.push_back(get(arr, i));
-    destruye(&arr);
-    EXPECT_EQ(arr, nullptr);
-    return out;
-}
-std::vector<tqbool> bools(arr_bool_t *a) {
-    return drain(a, arr_NumElemsBOOL, arr_GetBOOL, arr_DestruyeBOOL);
-}
-std::vector<uint32_t> ulongs(arr_ulong_t *a) {
-    return drain(a, arr_NumElemsULong, arr_GetULong, arr_DestruyeULong);
-}
-std::vector<double> doubles(arr_double_t *a) {
-    return drain(a, arr_NumElemsDouble, arr_GetDouble, arr_DestruyeDouble);
-}
-std::vector<std::string> ansi(arr_cadena_t *a) {
-    auto get = [](const arr_cadena_t *arr, uint32_t i) {
-        return std::string(arr_GetCADENA(arr, i));
-    };
-    return drain<arr_cadena_t, std::string>(a, arr_NumElemsCADENA, get, arr_DestruyeCADENA);
-}
-std::vector<std::u16string> wide(arr_cadena_u_t *a) {
-    auto get = [](const arr_cadena_u_t *arr, uint32_t i) {
-        return std::u16string(arr_GetCADENA_u(arr, i));
-    };
-    return drain<arr_cadena_u_t, std::u16string>(a, arr_NumElemsCADENA_u, get,
-                                                 arr_DestruyeCADENA_u);
-}
-} // namespace
 
 // Every kind saved under a label, written to a file, read back and loaded: equal and in order;
 // the caller's arrays are untouched.
@@ -51,15 +11,11 @@ TEST(ArrayValues, ArraysSavedWrittenAndReadBackLoadEqual) {
     const std::vector<std::u16string> textos = {u"", u"uno", u"t\"a\\b\tc", u"\u00e9\U0001F600"};
     arr_bool_t *b = arr_CreaBOOL(3);
     arr_SetBOOL(b, 1, CIERTO);
-    arr_ulong_t *u = arr_CreaULong(3);
-    arr_SetULong(u, 0, 2147483647u);
-    arr_SetULong(u, 2, 7);
+    arr_ulong_t *u = ulong_array({2147483647, 0, 7});
     arr_cadena_t *c = arr_CreaCADENA(0);
     arr_AppendCADENA(c, "caf\xE9");
     arr_AppendCADENA(c, "");
-    arr_cadena_u_t *w = arr_CreaCADENA_u(textos.size());
-    for (uint32_t i = 0; i < textos.size(); ++i)
-        arr_SetCADENA_u(w, i, textos[i].c_str());
+    arr_cadena_u_t *w = wide_array(textos);
     arr_bool_t *vacio = arr_CreaBOOL(0);
 
     Tree r{obj({})};
@@ -72,10 +28,7 @@ TEST(ArrayValues, ArraysSavedWrittenAndReadBackLoadEqual) {
                                 "\"c\" : [\"caf\xC3\xA9\",\"\"],\"w\" : [\"\",\"uno\","
                                 "\"t\\\"a\\\\b\\tc\",\"\xC3\xA9\xF0\x9F\x98\x80\"],"
                                 "\"vacio\" : []}");
-    TempFile f;
-    tqjson2_escribe_fichero(r.raiz, f.wide());
-    Tree l{nullptr};
-    ASSERT_EQ(tqjson2_se_lee_fichero(f.wide(), &l.raiz), CIERTO);
+    Tree l = through_file(r.raiz);
     EXPECT_EQ(bools(tqjson2_lee_arr_bool(u"b", l.raiz)),
               (std::vector<tqbool>{FALSO, CIERTO, FALSO}));
     EXPECT_EQ(ulongs(tqjson2_lee_arr_ulong(u"u", l.raiz)),
@@ -107,8 +60,7 @@ TEST(ArrayValues, InArrayFormsAppendToAndReadTheCallersNode) {
     Tree b{arr({boolean(CIERTO), plain("FALSE"), plain("tRuE")})};
     EXPECT_EQ(bools(tqjson2_lee_arr_bool_en_array(b.raiz)),
               (std::vector<tqbool>{CIERTO, FALSO, CIERTO}));
-    arr_ulong_t *u = arr_CreaULong(2);
-    arr_SetULong(u, 1, 9);
+    arr_ulong_t *u = ulong_array({0, 9});
     tqjson2_graba_arr_ulong_en_array(u, a.raiz);
     arr_DestruyeULong(&u);
     EXPECT_EQ(minified(a.raiz), "[1,2.5,-3,0,9]");

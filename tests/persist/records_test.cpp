@@ -2,12 +2,10 @@
 
 #include <memory>
 
+#include "persist/persist_test_support.h"
 #include "support/recording_handler.h"
-#include "support/temp_file.h"
-#include "support/tree_builder.h"
 
 namespace {
-using Conditions = std::vector<std::string>;
 
 // An application's records: an order with a customer, an optional delivery note, a list of
 // lines, arrays and settings.
@@ -95,14 +93,10 @@ tqjson2_nodo_t *save_order(Order &o) {
         arr_AppendPunteroConTipo(lines, &l);
     tqjson2_nousar_graba_arr_punterosST(u"lines", lines, save_line, raiz);
     arr_DestruyeEstructurasConTipo(&lines, nullptr);
-    arr_ulong_t *codes = arr_CreaULong(o.codes.size());
-    for (uint32_t i = 0; i < o.codes.size(); ++i)
-        arr_SetULong(codes, i, o.codes[i]);
+    arr_ulong_t *codes = ulong_array(o.codes);
     tqjson2_graba_arr_ulong(u"codes", codes, raiz);
     arr_DestruyeULong(&codes);
-    arr_cadena_u_t *tags = arr_CreaCADENA_u(o.tags.size());
-    for (uint32_t i = 0; i < o.tags.size(); ++i)
-        arr_SetCADENA_u(tags, i, o.tags[i].c_str());
+    arr_cadena_u_t *tags = wide_array(o.tags);
     tqjson2_graba_arr_cadenas_unicode(u"tags", tags, raiz);
     arr_DestruyeCADENA_u(&tags);
     tqjsonlsn_set_valor_booleano(raiz, u"urgent", o.urgent ? CIERTO : FALSO);
@@ -126,14 +120,8 @@ Order load_order(const tqjson2_nodo_t *raiz) {
         o.lines.push_back(*l);
     }
     arr_DestruyeEstructurasConTipo(&lines, nullptr);
-    arr_ulong_t *codes = tqjson2_lee_arr_ulong(u"codes", raiz);
-    for (uint32_t i = 0; i < arr_NumElemsULong(codes); ++i)
-        o.codes.push_back(arr_GetULong(codes, i));
-    arr_DestruyeULong(&codes);
-    arr_cadena_u_t *tags = tqjson2_lee_arr_cadenas_unicode(u"tags", raiz);
-    for (uint32_t i = 0; i < arr_NumElemsCADENA_u(tags); ++i)
-        o.tags.push_back(arr_GetCADENA_u(tags, i));
-    arr_DestruyeCADENA_u(&tags);
+    o.codes = ulongs(tqjson2_lee_arr_ulong(u"codes", raiz));
+    o.tags = wide(tqjson2_lee_arr_cadenas_unicode(u"tags", raiz));
     o.urgent = tqjsonlsn_leer_valor_booleano_con_valor_defecto(raiz, u"urgent", FALSO) == CIERTO;
     o.express = tqjsonlsn_leer_valor_booleano_con_valor_defecto(raiz, u"express", CIERTO) == CIERTO;
     o.priority = tqjsonlsn_leer_valor_long_con_valor_defecto(raiz, u"priority", -1);
@@ -163,10 +151,7 @@ TEST(Records, AnApplicationRecordGoesThroughAFileAndBack) {
         Order o = sample(with_note);
         g_calls.clear();
         Tree saved{save_order(o)};
-        TempFile f;
-        tqjson2_escribe_fichero(saved.raiz, f.wide());
-        Tree read{nullptr};
-        ASSERT_EQ(tqjson2_se_lee_fichero(f.wide(), &read.raiz), CIERTO);
+        Tree read = through_file(saved.raiz);
         EXPECT_EQ(load_order(read.raiz), o);
         EXPECT_EQ(g_calls, (std::vector<std::string>{"save 1", "save 2", "save 3", "save 12",
                                                      "load 1", "load 2", "load 3", "load 12"}));

@@ -4,22 +4,8 @@
 #include <cfloat>
 #include <cmath>
 
+#include "persist/persist_test_support.h"
 #include "support/recording_handler.h"
-#include "support/temp_file.h"
-#include "support/tree_builder.h"
-
-namespace {
-using Conditions = std::vector<std::string>;
-
-// The tree written to a file and read back from it.
-Tree through_file(const tqjson2_nodo_t *raiz) {
-    TempFile f;
-    tqjson2_escribe_fichero(raiz, f.wide());
-    Tree leido{nullptr};
-    EXPECT_EQ(tqjson2_se_lee_fichero(f.wide(), &leido.raiz), CIERTO);
-    return leido;
-}
-} // namespace
 
 // A record saved field by field, written, read back and loaded gives every value back.
 TEST(ScalarValues, ARecordSavedWrittenAndReadBackLoadsUnchanged) {

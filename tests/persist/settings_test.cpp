@@ -2,11 +2,10 @@
 
 #include <cfloat>
 
+#include "persist/persist_test_support.h"
 #include "support/recording_handler.h"
-#include "support/tree_builder.h"
 
 namespace {
-using Conditions = std::vector<std::string>;
 const char16_t *const kLetras[] = {u"X", u"Y", u"Z"};
 std::vector<int32_t> g_preguntas; // the values func_es_correcto was asked about
 tqbool es_correcto(int32_t v) {
