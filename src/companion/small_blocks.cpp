@@ -23,29 +23,26 @@ constexpr size_t i_TAM_TROZO = size_t{1} << i_BITS_TROZO;
 constexpr size_t i_TAM_REGION = size_t{1} << 36;
 constexpr size_t i_NUM_TROZOS = i_TAM_REGION / i_TAM_TROZO;
 
-struct i_region {
-    char *base = nullptr;
-    std::atomic<size_t> siguiente_trozo{0};
-    // The size class of each chunk handed out, plus one (0: not yet handed out).
-    std::atomic<uint8_t> clase_trozo[i_NUM_TROZOS] = {};
-
-    i_region() {
+// Address space reserved when the library is loaded. Until then, and wherever the reservation
+// fails, the base is null and every block comes from the system: a block is the pool's only if
+// its address lies in the range, so either kind is freed correctly at any time.
+char *i_reserva_region() {
 #if defined(TQ_SIN_BLOQUES_PEQUENOS)
-        // Sanitized builds take every block from the system, where the sanitizers watch it.
+    // Sanitized builds take every block from the system, where the sanitizers watch it.
+    return nullptr;
 #elif defined(_WIN32)
-        base = static_cast<char *>(VirtualAlloc(nullptr, i_TAM_REGION, MEM_RESERVE, PAGE_NOACCESS));
+    return static_cast<char *>(VirtualAlloc(nullptr, i_TAM_REGION, MEM_RESERVE, PAGE_NOACCESS));
 #else
-        void *reservada = mmap(nullptr, i_TAM_REGION, PROT_READ | PROT_WRITE,
-                               MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
-        base = reservada == MAP_FAILED ? nullptr : static_cast<char *>(reservada);
+    void *reservada = mmap(nullptr, i_TAM_REGION, PROT_READ | PROT_WRITE,
+                           MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+    return reservada == MAP_FAILED ? nullptr : static_cast<char *>(reservada);
 #endif
-    }
-};
-
-i_region &i_la_region() {
-    static i_region region;
-    return region;
 }
+char *const g_base_region = i_reserva_region();
+std::atomic<size_t> g_siguiente_trozo{0};
+// The size class of each chunk handed out, plus one (0: not yet handed out). Zero-filled
+// without code, so its pages are touched only as chunks are handed out.
+std::atomic<uint8_t> g_clase_trozo[i_NUM_TROZOS];
 
 // Each thread carves its own chunks and keeps its own free blocks; a block freed by another
 // thread simply joins that thread's. Free blocks are kept on a stack of addresses, not linked
@@ -77,16 +74,16 @@ size_t i_tam_clase(size_t clase) {
     return (clase + 1) * i_PASO_BLOQUE_PEQUENO;
 }
 
-bool i_nuevo_trozo(i_region &region, size_t clase) {
-    const size_t indice = region.siguiente_trozo.fetch_add(1, std::memory_order_relaxed);
+bool i_nuevo_trozo(size_t clase) {
+    const size_t indice = g_siguiente_trozo.fetch_add(1, std::memory_order_relaxed);
     if (indice >= i_NUM_TROZOS)
         return false;
-    char *trozo = region.base + indice * i_TAM_TROZO;
+    char *trozo = g_base_region + indice * i_TAM_TROZO;
 #if defined(_WIN32)
     if (!VirtualAlloc(trozo, i_TAM_TROZO, MEM_COMMIT, PAGE_READWRITE))
         return false;
 #endif
-    region.clase_trozo[indice].store(static_cast<uint8_t>(clase + 1), std::memory_order_release);
+    g_clase_trozo[indice].store(static_cast<uint8_t>(clase + 1), std::memory_order_release);
     t_pool.libre_trozo[clase] = trozo;
     t_pool.fin_trozo[clase] = trozo + i_TAM_TROZO;
     return true;
@@ -101,8 +98,7 @@ void i_cuenta(std::ptrdiff_t bytes) {
 } // namespace
 
 void *i_toma_bloque_pequeno(size_t tam) {
-    i_region &region = i_la_region();
-    if (!region.base)
+    if (!g_base_region)
         return nullptr;
     const size_t clase = tam == 0 ? 0 : (tam - 1) / i_PASO_BLOQUE_PEQUENO;
     const size_t tam_clase = i_tam_clase(clase);
@@ -114,7 +110,7 @@ void *i_toma_bloque_pequeno(size_t tam) {
     // A chunk need not hold a whole number of blocks (24 does not divide 64 KiB).
     const bool sin_sitio =
         static_cast<size_t>(t_pool.fin_trozo[clase] - t_pool.libre_trozo[clase]) < tam_clase;
-    if (sin_sitio && !i_nuevo_trozo(region, clase))
+    if (sin_sitio && !i_nuevo_trozo(clase))
         return nullptr;
     void *bloque = t_pool.libre_trozo[clase];
     t_pool.libre_trozo[clase] += tam_clase;
@@ -123,16 +119,16 @@ void *i_toma_bloque_pequeno(size_t tam) {
 }
 
 bool i_es_bloque_pequeno(const void *bloque) {
-    const i_region &region = i_la_region();
-    const char *p = static_cast<const char *>(bloque);
-    return region.base && p >= region.base && p < region.base + i_TAM_REGION;
+    // The range test as one subtraction and one unsigned comparison.
+    const auto desde_base =
+        reinterpret_cast<uintptr_t>(bloque) - reinterpret_cast<uintptr_t>(g_base_region);
+    return g_base_region && desde_base < i_TAM_REGION;
 }
 
 size_t i_tam_bloque_pequeno(const void *bloque) {
-    const i_region &region = i_la_region();
     const size_t indice =
-        static_cast<size_t>(static_cast<const char *>(bloque) - region.base) >> i_BITS_TROZO;
-    return i_tam_clase(region.clase_trozo[indice].load(std::memory_order_acquire) - 1u);
+        static_cast<size_t>(static_cast<const char *>(bloque) - g_base_region) >> i_BITS_TROZO;
+    return i_tam_clase(g_clase_trozo[indice].load(std::memory_order_acquire) - 1u);
 }
 
 void i_devuelve_bloque_pequeno(void *bloque) {
