@@ -7,6 +7,8 @@
 // digits come much faster than exactly rounded ones.
 #include "shortest_general.h"
 
+#include <array>
+#include <bit>
 #include <cfloat>
 #include <charconv>
 #include <cmath>
@@ -19,7 +21,7 @@ constexpr int i_PRECISION_MAXIMA = 15;
 
 // Digits and decimal exponent: the value is 0.d1d2d3... x 10^(exponente + 1).
 struct i_digitos {
-    char d[24];
+    char d[32]; // room for i_formatea's fixed-size reads
     int num;
     int exponente;
 };
@@ -61,21 +63,21 @@ bool i_redondea(i_digitos &digitos, int precision) {
     return true;
 }
 
-size_t i_formatea(const i_digitos &digitos, int precision, bool negativo, char *texto) {
-    int num = digitos.num;
-    while (num > 1 && digitos.d[num - 1] == '0')
-        --num;
+// Lays out `num` significant digits (the last not a zero, unless it is the only one) whose first
+// stands for 10^exponente, as "%G" does at `precision`. Every piece goes as one move of fixed
+// size, so up to 32 bytes are written at `texto` and up to 32 read at `d`, whatever lies past
+// the digits.
+size_t i_formatea(const char *d, int num, int exponente, int precision, bool negativo,
+                  char *texto) {
     char *p = texto;
-    if (negativo)
-        *p++ = '-';
-    const int x = digitos.exponente;
+    *p = '-';
+    p += negativo;
+    const int x = exponente;
     if (x < -4 || x >= precision) {
-        *p++ = digitos.d[0];
-        if (num > 1) {
-            *p++ = '.';
-            std::memcpy(p, digitos.d + 1, static_cast<size_t>(num - 1));
-            p += num - 1;
-        }
+        p[0] = d[0];
+        p[1] = '.';
+        std::memcpy(p + 2, d + 1, 16);
+        p += num > 1 ? num + 1 : 1;
         *p++ = 'E';
         *p++ = x < 0 ? '-' : '+';
         const int magnitud = x < 0 ? -x : x;
@@ -83,22 +85,67 @@ size_t i_formatea(const i_digitos &digitos, int precision, bool negativo, char *
             *p++ = '0';
         p = std::to_chars(p, p + 4, magnitud).ptr;
     } else if (x >= 0) {
-        for (int i = 0; i <= x; ++i)
-            *p++ = i < num ? digitos.d[i] : '0';
-        if (num > x + 1) {
-            *p++ = '.';
-            std::memcpy(p, digitos.d + x + 1, static_cast<size_t>(num - x - 1));
-            p += num - x - 1;
+        const int enteros = x + 1;
+        std::memcpy(p, d, 16);
+        if (num <= enteros) {
+            std::memset(p + num, '0', 16);
+            p += enteros;
+        } else {
+            p[enteros] = '.';
+            std::memcpy(p + enteros + 1, d + enteros, 16);
+            p += num + 1;
         }
     } else {
-        *p++ = '0';
-        *p++ = '.';
-        for (int i = 0; i < -x - 1; ++i)
-            *p++ = '0';
-        std::memcpy(p, digitos.d, static_cast<size_t>(num));
+        std::memcpy(p, "0.000", 5);
+        p += 1 - x; // "0." and -x - 1 zeros
+        std::memcpy(p, d, 16);
         p += num;
     }
     return static_cast<size_t>(p - texto);
+}
+
+// Drops the zeros at the end of the digits, keeping the first digit.
+int i_sin_ceros_finales(const char *d, int num) {
+    while (num > 1 && d[num - 1] == '0')
+        --num;
+    return num;
+}
+
+size_t i_formatea(const i_digitos &digitos, int precision, bool negativo, char *texto) {
+    return i_formatea(digitos.d, i_sin_ceros_finales(digitos.d, digitos.num), digitos.exponente,
+                      precision, negativo, texto);
+}
+
+// "00" to "99", two bytes each.
+constexpr std::array<char, 200> i_crea_pares() {
+    std::array<char, 200> pares{};
+    for (int i = 0; i < 100; ++i) {
+        pares[2 * i] = static_cast<char>('0' + i / 10);
+        pares[2 * i + 1] = static_cast<char>('0' + i % 10);
+    }
+    return pares;
+}
+constexpr std::array<char, 200> i_PARES = i_crea_pares();
+
+// `n` (below 10^8) as exactly eight digits, in two independent halves of two pairs each.
+void i_ocho_digitos(uint32_t n, char *d) {
+    const uint32_t alto = n / 10000, bajo = n % 10000;
+    std::memcpy(d, &i_PARES[2 * (alto / 100)], 2);
+    std::memcpy(d + 2, &i_PARES[2 * (alto % 100)], 2);
+    std::memcpy(d + 4, &i_PARES[2 * (bajo / 100)], 2);
+    std::memcpy(d + 6, &i_PARES[2 * (bajo % 100)], 2);
+}
+
+// The count of '0' bytes at the end of the 8 bytes at `d`: the last byte is the word's highest
+// on a little-endian machine, the first on a big-endian one.
+int i_ceros_al_final_de_ocho(const char *d) {
+    uint64_t ocho;
+    std::memcpy(&ocho, d, sizeof ocho);
+    ocho ^= 0x3030303030303030u;
+    if constexpr (std::endian::native == std::endian::little)
+        return ocho ? std::countl_zero(ocho) / 8 : 8;
+    else
+        return ocho ? std::countr_zero(ocho) / 8 : 8;
 }
 
 constexpr double i_POTENCIAS_10[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
@@ -115,9 +162,9 @@ double i_escala(double magnitud, int escala) {
 } // namespace
 
 // The digits by scaling: |v| x 10^k, with k chosen so that the precision's digits stand before
-// the point, is one correctly rounded operation on exact doubles; below 10^15 its error is at
-// most 1/16, so unless its fraction lies that close to one half, rounding it gives the digits
-// that rounding the exact value gives. No digit generation is needed at all.
+// the point, is one correctly rounded operation on exact doubles, so rounding it gives the digits
+// that rounding the exact value gives unless it lands on a midpoint; there the operation's exact
+// error decides, and only an exact tie is left to the caller. No digit generation is needed.
 size_t i_texto_G_por_escala(double valor, int precision, char *texto, size_t tam) {
     if (precision > i_PRECISION_MAXIMA || tam < 32 || !std::isnormal(valor))
         return 0;
@@ -131,8 +178,9 @@ size_t i_texto_G_por_escala(double valor, int precision, char *texto, size_t tam
     const int exponente_2 = static_cast<int>(bits >> 52) - 1023;
     int exponente = (exponente_2 * 78913) >> 18; // 78913 / 2^18 is log10(2) to 6 digits
     double escalado = 0.0;
+    int escala = 0;
     for (int intento = 0; intento < 2; ++intento) {
-        const int escala = precision - 1 - exponente;
+        escala = precision - 1 - exponente;
         if (escala > i_MAX_POTENCIA_EXACTA || escala < -i_MAX_POTENCIA_EXACTA)
             return 0;
         escalado = i_escala(magnitud, escala);
@@ -146,19 +194,33 @@ size_t i_texto_G_por_escala(double valor, int precision, char *texto, size_t tam
     if (escalado < menor || escalado >= mayor)
         return 0;
     const double entero = std::floor(escalado);
-    const double fraccion = escalado - entero;
-    if (std::fabs(fraccion - 0.5) < 0.1)
-        return 0;
-    auto digitos_enteros = static_cast<uint64_t>(entero) + (fraccion > 0.5 ? 1 : 0);
+    double desde_la_mitad = (escalado - entero) - 0.5; // both steps exact
+    if (desde_la_mitad == 0.0) {
+        // Rounding is monotonic and the midpoint is a double, so the scaling may land on the
+        // midpoint but never cross it. There the operation's exact error, which a fused
+        // multiply-add gives, tells the side: one rounding keeps a sign, and gives zero only
+        // for an exact zero.
+        const double potencia = i_POTENCIAS_10[escala >= 0 ? escala : -escala];
+        desde_la_mitad = escala >= 0 ? std::fma(magnitud, potencia, -escalado)
+                                     : std::fma(-escalado, potencia, magnitud);
+        if (desde_la_mitad == 0.0) // an exact tie
+            return 0;
+    }
+    auto digitos_enteros = static_cast<uint64_t>(entero) + (desde_la_mitad > 0.0 ? 1 : 0);
     if (static_cast<double>(digitos_enteros) >= mayor) { // 99...9 rounded up to 100...0
         digitos_enteros = static_cast<uint64_t>(menor);
         ++exponente;
     }
-    i_digitos digitos;
-    digitos.num = static_cast<int>(
-        std::to_chars(digitos.d, digitos.d + sizeof digitos.d, digitos_enteros).ptr - digitos.d);
-    digitos.exponente = exponente;
-    return i_formatea(digitos, precision, valor < 0, texto);
+    // Sixteen digits with leading zeros, of which the last `precision` are the value's, and
+    // room for i_formatea's fixed-size reads.
+    char digitos[48] = {};
+    i_ocho_digitos(static_cast<uint32_t>(digitos_enteros / 100000000u), digitos);
+    i_ocho_digitos(static_cast<uint32_t>(digitos_enteros % 100000000u), digitos + 8);
+    int ceros = i_ceros_al_final_de_ocho(digitos + 8);
+    if (ceros == 8)
+        ceros += i_ceros_al_final_de_ocho(digitos);
+    const int num = precision - (ceros < precision ? ceros : precision - 1);
+    return i_formatea(digitos + 16 - precision, num, exponente, precision, valor < 0, texto);
 }
 
 size_t i_texto_G_desde_el_mas_corto(double valor, int precision, char *texto, size_t tam) {
@@ -170,7 +232,7 @@ size_t i_texto_G_desde_el_mas_corto(double valor, int precision, char *texto, si
     char cientifico[32];
     const std::to_chars_result fin = std::to_chars(cientifico, cientifico + sizeof cientifico,
                                                    magnitud, std::chars_format::scientific);
-    i_digitos digitos;
+    i_digitos digitos{};
     if (fin.ec != std::errc{} || !i_lee_cientifico(cientifico, fin.ptr, digitos) ||
         !i_redondea(digitos, precision))
         return 0;

@@ -10,5 +10,5 @@
 size_t i_texto_G_desde_el_mas_corto(double valor, int precision, char *texto, size_t tam);
 
 // The same by scaling the value by a power of ten, which needs no digit generation; answers
-// for normal doubles from about 1e-8 to 1e37, except within a hair of a rounding midpoint.
+// for normal doubles from about 1e-8 to 1e37, except one exactly on a rounding midpoint.
 size_t i_texto_G_por_escala(double valor, int precision, char *texto, size_t tam);

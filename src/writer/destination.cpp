@@ -55,8 +55,9 @@ void i_vuelca_destino(i_destino_gltf_t *destino_gltf) {
 char *i_entrega_texto(i_destino_gltf_t *destino_gltf) {
     i_salida_t *texto = &destino_gltf->texto;
     *i_reserva_salida(texto, 1) = '\0';
-    char *resultado =
-        static_cast<char *>(marlspy_nousar_realloc(texto->datos, texto->longitud + 1));
+    // The buffer goes as it is, not cut to the text: cutting a large block moves or remaps
+    // it, and teaches the system allocator to map and unmap it afresh on every generation.
+    char *resultado = texto->datos;
     *texto = {nullptr, 0, 0};
     return resultado;
 }

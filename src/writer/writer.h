@@ -60,7 +60,12 @@ inline void i_abre_linea(i_destino_gltf_t *destino_gltf, uint32_t profundidad, t
     const size_t espacios = uint64_t{profundidad} * i_NUM_ESPACIOS_POR_NIVEL;
     if (indentado != CIERTO || espacios == 0)
         return;
-    std::memset(i_reserva_salida(&destino_gltf->texto, espacios), ' ', espacios);
+    // Blocks of 32 spaces, each one move of fixed size, over-running into reserved room that
+    // the next bytes overwrite.
+    constexpr size_t i_BLOQUE = 32;
+    char *destino = i_reserva_salida(&destino_gltf->texto, espacios + i_BLOQUE);
+    for (size_t i = 0; i < espacios; i += i_BLOQUE)
+        std::memset(destino + i, ' ', i_BLOQUE);
     destino_gltf->texto.longitud += espacios;
 }
 
@@ -83,7 +88,7 @@ inline void i_emite_linea(i_destino_gltf_t *destino_gltf, tqbool con_coma, tqboo
 
 // Hands a file destination's pending lines to the file; nothing for other kinds.
 void i_vuelca_destino(i_destino_gltf_t *destino_gltf);
-// The text joined in memory, zero-terminated and of exact size; the buffer becomes the
+// The text joined in memory, zero-terminated, in a buffer of up to twice its size that becomes the
 // caller's, to free with marlstr_destruye.
 char *i_entrega_texto(i_destino_gltf_t *destino_gltf);
 // Frees the buffer of a destination whose text is not handed over.

@@ -40,8 +40,9 @@ TEST(Formatter, DoublesAreWrittenAsPrintfG) {
     }
 }
 
-// The shortest-digits path must agree with printf everywhere it answers, ties included (2.5 at
-// one digit, 0.125 at two), over random bit patterns and short decimals of every magnitude.
+// The fast paths must agree with printf everywhere they answer, ties included (2.5 at one digit,
+// 0.125 at two), over random bit patterns, short decimals of every magnitude, and values a hair
+// from a midpoint of 15 digits.
 TEST(Formatter, GeneralFormatAgreesWithPrintfOverRandomDoubles) {
     uint64_t estado = 88172645463325252u;
     const auto siguiente = [&] { // xorshift64
@@ -52,8 +53,13 @@ TEST(Formatter, GeneralFormatAgreesWithPrintfOverRandomDoubles) {
     for (int caso = 0; caso < 60000; ++caso) {
         double valor;
         const uint64_t bits = siguiente();
-        if (caso % 2) {
+        if (caso % 3 == 1) {
             std::memcpy(&valor, &bits, sizeof valor);
+        } else if (caso % 3 == 2) { // a hair from a midpoint of 15 digits, either side
+            std::snprintf(texto, sizeof texto, "%llu5e%d",
+                          (unsigned long long)(bits % 1000000000000000u),
+                          int(bits >> 40) % 40 - 30);
+            valor = std::nextafter(std::strtod(texto, nullptr), (bits >> 63) ? 0.0 : 1e300);
         } else {
             std::snprintf(texto, sizeof texto, "%llue%d", (unsigned long long)(bits % 100000),
                           int(bits >> 40) % 40 - 22);
