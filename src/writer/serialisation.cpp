@@ -36,24 +36,41 @@ void i_anade_palabra(i_salida_t *salida, i_palabra_reservada_t palabra) {
     i_anade_bytes(salida, reservada.texto_utf8, reservada.longitud);
 }
 
-// Empty or only blanks: the value is written alone, as an array element is.
+// Empty or only blanks: the value is written alone, as an array element is. A name that begins
+// with anything above a space, nearly every name, is settled at its first unit.
 bool i_es_nombre_en_blanco(const char16_t *nombre) {
+    if (nombre[0] > u' ')
+        return false;
     return nombre[0] == u'\0' ||
            widestr_nousar_es_cadena_en_blanco(nombre, i_MODULO, __LINE__) == CIERTO;
 }
 
-// The UTF-8 form of a name, ASCII inline and the rest through the Unicode component.
+// The UTF-8 form of a name. ASCII, nearly every name, is copied in one pass, in steps whose room
+// is reserved once; from its first other unit on, the name goes through the Unicode component.
 void i_anade_nombre_utf8(i_salida_t *salida, const char16_t *nombre) {
+    constexpr size_t i_TRAMO = 64;
+    const char16_t *p = nombre;
+    for (;;) {
+        char *destino = i_reserva_salida(salida, i_TRAMO);
+        size_t i = 0;
+        // One comparison a unit: the terminator wraps round to the top with the non-ASCII.
+        while (i < i_TRAMO && static_cast<char16_t>(p[i] - 1) < 0x7F) {
+            destino[i] = static_cast<char>(p[i]);
+            ++i;
+        }
+        salida->longitud += i;
+        p += i;
+        if (i < i_TRAMO)
+            break;
+    }
+    if (*p == u'\0')
+        return;
     size_t unidades = 0;
-    while (nombre[unidades])
+    while (p[unidades])
         ++unidades;
     char *destino = i_reserva_salida(salida, 3 * unidades); // no unit takes more than 3 bytes
-    const char16_t *p = nombre;
-    while (*p && *p < 0x80)
-        *destino++ = static_cast<char>(*p++);
-    if (*p)
-        destino = unicode_escribe_UNICODE_a_UTF8(p, destino);
-    salida->longitud = static_cast<size_t>(destino - salida->datos);
+    salida->longitud =
+        static_cast<size_t>(unicode_escribe_UNICODE_a_UTF8(p, destino) - salida->datos);
 }
 
 // Starts a node's line: indentation, then the quoted name and its separator unless blank.
