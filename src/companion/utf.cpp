@@ -279,10 +279,14 @@ tqbool unicode_es_UTF8_estable_n(const char *texto, size_t longitud) {
         p = i_salta_ascii(p, fin);
         if (p == fin)
             break;
-        const size_t bytes = i_secuencia_estable(p, fin);
-        if (bytes == 0)
-            return FALSO;
-        p += bytes;
+        // A run of characters outside ASCII, as in text of other scripts, is walked here
+        // without going back to the ASCII skip after each one.
+        do {
+            const size_t bytes = i_secuencia_estable(p, fin);
+            if (bytes == 0)
+                return FALSO;
+            p += bytes;
+        } while (p != fin && *p >= 0x80);
     }
     return CIERTO;
 }
