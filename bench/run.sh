@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Builds the benchmarks optimised, without the tests, and runs one of them:
-#   bash bench/run.sh reader   reads each document of bench/data and writes it back
+#   bash bench/run.sh reader   reads each document of bench/data and writes it back; scans it
 #   bash bench/run.sh writer   generates text for 1,000 to 1,000,000 records
 #   bash bench/run.sh base64   encodes and decodes 64 MiB
 #   bash bench/run.sh peers    tqjson2 side by side with peer JSON libraries, one table a document
