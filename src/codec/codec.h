@@ -28,6 +28,13 @@ void i_copia_secuencia_escape(const char16_t *origen, char16_t *secuencia);
 char16_t *i_decodifica_secuencias_escape(const char16_t *texto, uint32_t *sin_informar = nullptr);
 void i_informa_secuencia_u00_erronea();
 
+// The string value a JSON literal's `longitud` bytes (well-formed UTF-8 that encodes no
+// surrogate, escapes still in) stand for, in UTF-8: each escaped quotation mark bare, and
+// with `decodifica` CIERTO the rest decoded as i_decodifica_secuencias_escape decodes the
+// literal's wide form. The same result without the trip through wide text. Bad "\u00" digits
+// are reported.
+char *i_literal_json_utf8(const char *bytes, size_t longitud, tqbool decodifica);
+
 // Stores one unit at the write position of a decoded text and advances the position.
 void i_append_caracter_cadena_decodificada(char16_t caracter, char16_t **cadena_decodificada,
                                            uint32_t *longitud_cadena_decodificada,

@@ -1,6 +1,7 @@
 // Decoding the escaped form back into plain wide text, and the process-wide tolerance counter
 // that decides what a "\u00" sequence with bad digits becomes.
 #include <atomic>
+#include <cstring>
 
 #include "codec/codec.h"
 #include "tqjson2.h"
@@ -13,6 +14,7 @@ namespace {
 std::atomic<int32_t> g_tolerancia{0};
 
 constexpr char16_t i_PREFIJO_SIN_DECODIFICAR[] = u"data:application/octet-stream";
+constexpr char i_PREFIJO_SIN_DECODIFICAR_UTF8[] = "data:application/octet-stream";
 constexpr char16_t i_CARACTER_REEMPLAZO = u'?';
 
 // The unit after the backslash, and what the pair decodes to, in search order.
@@ -25,14 +27,13 @@ constexpr i_reemplazo i_REEMPLAZOS[] = {
 };
 constexpr uint32_t num_caracters_reemplazo = sizeof i_REEMPLAZOS / sizeof i_REEMPLAZOS[0];
 
-// The unit that "\u00" and the digits at `digitos` stand for. A digit place holding the
-// terminator fails like a non-hexadecimal digit, and nothing beyond the terminator is read.
-// Bad digits are reported, or counted in `*sin_informar` when the caller reports them itself.
-char16_t i_decodifica_u00(const char16_t *digitos, uint32_t *sin_informar) {
+// The unit that "\u00" and the digit units `d1` and `d2` stand for; a digit place past the end
+// of the text (`completa` false) fails like a non-hexadecimal digit. Bad digits are reported,
+// or counted in `*sin_informar` when the caller reports them itself.
+char16_t i_decodifica_u00(char16_t d1, char16_t d2, bool completa, uint32_t *sin_informar) {
     char16_t caracter = i_CARACTER_REEMPLAZO;
-    const bool completa = digitos[0] != u'\0' && digitos[1] != u'\0';
     const tqbool se_decodifica =
-        completa ? marlstrhex_decodifica_caracter_u(digitos[0], digitos[1], &caracter) : FALSO;
+        completa ? marlstrhex_decodifica_caracter_u(d1, d2, &caracter) : FALSO;
     if (se_decodifica != CIERTO) {
         caracter = i_CARACTER_REEMPLAZO;
         if (g_tolerancia.load(std::memory_order_relaxed) != 0)
@@ -89,7 +90,10 @@ char16_t *i_decodifica_secuencias_escape(const char16_t *texto, uint32_t *sin_in
         if (c != u'\\' || i + 1 == n) {
             agrega(c);
         } else if (i_empieza_u00(texto + i + 1)) {
-            agrega(i_decodifica_u00(texto + i + 4, sin_informar));
+            // Nothing beyond the terminator is read.
+            const char16_t *d = texto + i + 4;
+            const bool completa = d[0] != u'\0' && d[1] != u'\0';
+            agrega(i_decodifica_u00(d[0], completa ? d[1] : u'\0', completa, sin_informar));
             i += 5;
         } else {
             uint32_t fila = 0;
@@ -105,4 +109,101 @@ char16_t *i_decodifica_secuencias_escape(const char16_t *texto, uint32_t *sin_in
     }
     agrega(u'\0');
     return cadena_decodificada;
+}
+
+namespace {
+
+// Writes the UTF-8 form of a unit decoded from "\u00" (U+0000..U+00FF).
+char *i_escribe_latin1(char *salida, char16_t unidad) {
+    if (unidad < 0x80) {
+        *salida++ = static_cast<char>(unidad);
+    } else {
+        *salida++ = static_cast<char>(0xC0 | (unidad >> 6));
+        *salida++ = static_cast<char>(0x80 | (unidad & 0x3F));
+    }
+    return salida;
+}
+
+constexpr char16_t i_NO_HEXADECIMAL = 0xFFFF;
+
+// The escape sequences of `texto[0..n)` decoded in place, as i_decodifica_secuencias_escape
+// decodes the same text in wide form. Its digit places count UTF-16 units: a character outside
+// ASCII fills one (two from U+10000 up). When the second place takes only the first half of a
+// pair, the second half stays behind as an unpaired surrogate, in its three-byte form. Every
+// step consumes at least the bytes it writes, so the text is rewritten over itself.
+// A "\u0000" ends the text where it stands; later sequences are still judged.
+void i_decodifica_en_sitio_utf8(char *texto, size_t n, uint32_t *sin_informar) {
+    const auto byte = [texto](size_t i) { return static_cast<unsigned char>(texto[i]); };
+    char *salida = texto;
+    for (size_t i = 0; i < n; ++i) {
+        const char c = texto[i];
+        if (c != '\\' || i + 1 == n) {
+            *salida++ = c;
+        } else if (i + 3 < n && texto[i + 1] == 'u' && texto[i + 2] == '0' && texto[i + 3] == '0') {
+            char16_t digitos[2] = {};
+            unsigned llenos = 0;
+            char16_t resto = 0; // the half of a pair left behind
+            size_t j = i + 4;
+            while (llenos < 2 && j < n) {
+                const unsigned char b = byte(j);
+                if (b < 0x80) {
+                    digitos[llenos++] = b;
+                    j += 1;
+                } else if (b < 0xF0) {
+                    digitos[llenos++] = i_NO_HEXADECIMAL;
+                    j += b < 0xE0 ? 2 : 3;
+                } else {
+                    if (llenos == 1) {
+                        const char32_t punto =
+                            (char32_t(b & 0x07) << 18) | (char32_t(byte(j + 1) & 0x3F) << 12) |
+                            (char32_t(byte(j + 2) & 0x3F) << 6) | char32_t(byte(j + 3) & 0x3F);
+                        resto = static_cast<char16_t>(0xDC00 + ((punto - 0x10000) & 0x3FF));
+                    }
+                    digitos[0] = digitos[1] = i_NO_HEXADECIMAL;
+                    llenos = 2;
+                    j += 4;
+                }
+            }
+            salida = i_escribe_latin1(
+                salida, i_decodifica_u00(digitos[0], digitos[1], llenos == 2, sin_informar));
+            if (resto != 0) {
+                *salida++ = static_cast<char>(0xED);
+                *salida++ = static_cast<char>(0x80 | ((resto >> 6) & 0x3F));
+                *salida++ = static_cast<char>(0x80 | (resto & 0x3F));
+            }
+            i = j - 1;
+        } else {
+            uint32_t fila = 0;
+            while (fila < num_caracters_reemplazo &&
+                   i_REEMPLAZOS[fila].escapado != char16_t(byte(i + 1)))
+                ++fila;
+            if (fila < num_caracters_reemplazo) {
+                *salida++ = static_cast<char>(i_REEMPLAZOS[fila].decodificado);
+                ++i;
+            } else {
+                *salida++ = c; // a backslash that escapes nothing stands as itself
+            }
+        }
+    }
+    *salida = '\0';
+}
+
+} // namespace
+
+char *i_literal_json_utf8(const char *bytes, size_t longitud, tqbool decodifica) {
+    char *texto = creacadena(longitud + 1);
+    size_t n = 0;
+    for (size_t i = 0; i < longitud; ++i) {
+        if (bytes[i] == '\\' && i + 1 < longitud) {
+            if (bytes[i + 1] != '"')
+                texto[n++] = '\\';
+            ++i;
+        }
+        texto[n++] = bytes[i];
+    }
+    texto[n] = '\0';
+    if (decodifica == CIERTO && std::strncmp(texto, i_PREFIJO_SIN_DECODIFICAR_UTF8,
+                                             sizeof i_PREFIJO_SIN_DECODIFICAR_UTF8 - 1) != 0)
+        i_decodifica_en_sitio_utf8(texto, n, nullptr);
+    return texto;
 }

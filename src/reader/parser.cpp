@@ -119,15 +119,21 @@ void i_lee_nombre(i_lectura &lectura) {
     nombres.resize(static_cast<size_t>(fin - nombres.data()));
 }
 
-// A string value. Without backslashes, decoding changes nothing, and UTF-8 that reads back
-// unchanged is stored as its own bytes; anything else takes the way through wide text.
+// A string value. UTF-8 that reads back unchanged is decoded in place of its bytes (without
+// backslashes, decoding changes nothing); anything else takes the way through wide text,
+// which settles how ill-formed bytes read.
 tqjson2_nodo_t *i_crea_nodo_literal(i_lectura &lectura) {
     size_t longitud = 0;
     const char *bytes = i_bytes_literal(lectura, &longitud);
-    if (lectura.actual.barras == FALSO && unicode_es_UTF8_estable_n(bytes, longitud) == CIERTO) {
-        char *texto = creacadena(longitud + 1);
-        std::memcpy(texto, bytes, longitud);
-        texto[longitud] = '\0';
+    if (unicode_es_UTF8_estable_n(bytes, longitud) == CIERTO) {
+        char *texto = nullptr;
+        if (lectura.actual.barras == CIERTO) {
+            texto = i_literal_json_utf8(bytes, longitud, lectura.decodifica);
+        } else {
+            texto = creacadena(longitud + 1);
+            std::memcpy(texto, bytes, longitud);
+            texto[longitud] = '\0';
+        }
         return i_crea_nodo_cadena(&texto, lectura.decodifica);
     }
     const char16_t *literal = i_literal_ancho(lectura);
