@@ -12,6 +12,7 @@
 
 #include "tqbase/memoria.h"
 #include "unicode.h"
+#include "utf8_validation.h"
 #include "verifica.h"
 
 static const char *const i_MODULO = "tqbase: unicode";
@@ -279,6 +280,8 @@ tqbool unicode_es_UTF8_estable_n(const char *texto, size_t longitud) {
         p = i_salta_ascii(p, fin);
         if (p == fin)
             break;
+        if (i_hay_validacion_utf8_vectorial())
+            return i_utf8_bien_formado_vectorial(p, fin) ? CIERTO : FALSO;
         // A run of characters outside ASCII, as in text of other scripts, is walked here
         // without going back to the ASCII skip after each one.
         do {
