@@ -7,6 +7,8 @@
 // digits come much faster than exactly rounded ones.
 #include "shortest_general.h"
 
+#include "decimal_digits.h"
+
 #include <array>
 #include <bit>
 #include <cfloat>
@@ -116,24 +118,13 @@ size_t i_formatea(const i_digitos &digitos, int precision, bool negativo, char *
                       precision, negativo, texto);
 }
 
-// "00" to "99", two bytes each.
-constexpr std::array<char, 200> i_crea_pares() {
-    std::array<char, 200> pares{};
-    for (int i = 0; i < 100; ++i) {
-        pares[2 * i] = static_cast<char>('0' + i / 10);
-        pares[2 * i + 1] = static_cast<char>('0' + i % 10);
-    }
-    return pares;
-}
-constexpr std::array<char, 200> i_PARES = i_crea_pares();
-
 // `n` (below 10^8) as exactly eight digits, in two independent halves of two pairs each.
 void i_ocho_digitos(uint32_t n, char *d) {
     const uint32_t alto = n / 10000, bajo = n % 10000;
-    std::memcpy(d, &i_PARES[2 * (alto / 100)], 2);
-    std::memcpy(d + 2, &i_PARES[2 * (alto % 100)], 2);
-    std::memcpy(d + 4, &i_PARES[2 * (bajo / 100)], 2);
-    std::memcpy(d + 6, &i_PARES[2 * (bajo % 100)], 2);
+    std::memcpy(d, &i_PARES_DECIMALES[2 * (alto / 100)], 2);
+    std::memcpy(d + 2, &i_PARES_DECIMALES[2 * (alto % 100)], 2);
+    std::memcpy(d + 4, &i_PARES_DECIMALES[2 * (bajo / 100)], 2);
+    std::memcpy(d + 6, &i_PARES_DECIMALES[2 * (bajo % 100)], 2);
 }
 
 // The count of '0' bytes at the end of the 8 bytes at `d`: the last byte is the word's highest

@@ -1,9 +1,9 @@
 // The JSON text of a double: integral values in the range of a 32-bit integer as "<n>.0",
 // others by "%.*G" with 15 significant digits, and always with a point or an exponent so that
 // the text reads back as a double.
-#include <charconv>
 #include <cmath>
 
+#include "companion/decimal_digits.h"
 #include "writer.h"
 
 namespace {
@@ -56,9 +56,7 @@ size_t i_texto_double(double numero, char texto[i_TAM_TEXTO_DOUBLE]) {
     if (numero <= 2147483647.0 && numero >= -2147483648.0) {
         const int32_t redondeado = i_entero_mas_cercano(numero);
         if (std::fabs(double(redondeado) - numero) < i_TOLERANCIA) {
-            const std::to_chars_result fin =
-                std::to_chars(texto, texto + i_TAM_TEXTO_DOUBLE, redondeado);
-            const auto longitud = static_cast<size_t>(fin.ptr - texto);
+            const auto longitud = static_cast<size_t>(i_escribe_decimal(texto, redondeado) - texto);
             return longitud + i_copia(texto + longitud, ".0", 2);
         }
     }

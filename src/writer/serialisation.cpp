@@ -1,10 +1,10 @@
 // The walk: every node depth first, members and elements in stored order, one line per scalar
 // and an opening and a closing line per container. Open containers wait on a work stack of
 // the walk's own, so a tree's depth never costs C stack.
-#include <charconv>
 #include <unordered_set>
 #include <vector>
 
+#include "companion/decimal_digits.h"
 #include "tree/reserved_words.h"
 #include "writer.h"
 
@@ -99,8 +99,8 @@ void i_escribe_escalar(i_salida_t *texto, const tqjson2_nodo_t *nodo) {
             break;
         case TQJSON_TIPO_ENTERO: {
             char *destino = i_reserva_salida(texto, 11); // "-2147483648"
-            texto->longitud += static_cast<size_t>(
-                std::to_chars(destino, destino + 11, nodo->entero).ptr - destino);
+            texto->longitud +=
+                static_cast<size_t>(i_escribe_decimal(destino, nodo->entero) - destino);
             break;
         }
         case TQJSON_TIPO_DOUBLE:

@@ -2,7 +2,10 @@
 
 #include <cfloat>
 #include <limits>
+#include <string>
+#include <vector>
 
+#include "companion/decimal_digits.h"
 #include "writer/writer.h"
 
 // Every branch: the fill value, the tolerance around zero (-0.5 rounds to -1, which is not
@@ -30,5 +33,17 @@ TEST(NumberText, DoublesTakeTheirExactTexts) {
     for (const auto &row : rows) {
         char texto[i_TAM_TEXTO_DOUBLE];
         EXPECT_EQ(std::string(texto, i_texto_double(row.numero, texto)), row.texto);
+    }
+}
+
+// Integers on each side of every change in digit count, both signs, and the ends of the range.
+TEST(NumberText, IntegersTakeTheirDecimalTexts) {
+    std::vector<int32_t> values = {0, INT32_MIN, INT32_MAX, INT32_MIN + 1};
+    for (int64_t potencia = 1; potencia <= 1000000000; potencia *= 10)
+        for (int64_t v : {potencia - 1, potencia, potencia + 1})
+            values.insert(values.end(), {int32_t(v), int32_t(-v)});
+    for (const int32_t v : values) {
+        char texto[16];
+        EXPECT_EQ(std::string(texto, i_escribe_decimal(texto, v)), std::to_string(v));
     }
 }
