@@ -1,9 +1,6 @@
-#include <gtest/gtest.h>
-
 #include <functional>
 
 #include "persist/persist_test_support.h"
-#include "support/recording_handler.h"
 
 // Every kind saved under a label, written to a file, read back and loaded: equal and in order;
 // the caller's arrays are untouched.
@@ -11,7 +8,8 @@ TEST(ArrayValues, ArraysSavedWrittenAndReadBackLoadEqual) {
     const std::vector<std::u16string> textos = {u"", u"uno", u"t\"a\\b\tc", u"\u00e9\U0001F600"};
     arr_bool_t *b = arr_CreaBOOL(3);
     arr_SetBOOL(b, 1, CIERTO);
-    arr_ulong_t *u = ulong_array({2147483647, 0, 7});
+    const std::vector<uint32_t> enteros = {2147483647, 0, 7};
+    arr_ulong_t *u = ulong_array(enteros);
     arr_cadena_t *c = arr_CreaCADENA(0);
     arr_AppendCADENA(c, "caf\xE9");
     arr_AppendCADENA(c, "");
@@ -29,14 +27,10 @@ TEST(ArrayValues, ArraysSavedWrittenAndReadBackLoadEqual) {
                                 "\"t\\\"a\\\\b\\tc\",\"\xC3\xA9\xF0\x9F\x98\x80\"],"
                                 "\"vacio\" : []}");
     Tree l = through_file(r.raiz);
-    EXPECT_EQ(bools(tqjson2_lee_arr_bool(u"b", l.raiz)),
-              (std::vector<tqbool>{FALSO, CIERTO, FALSO}));
-    EXPECT_EQ(ulongs(tqjson2_lee_arr_ulong(u"u", l.raiz)),
-              (std::vector<uint32_t>{2147483647, 0, 7}));
-    EXPECT_EQ(doubles(tqjson2_lee_arr_double(u"u", l.raiz)),
-              (std::vector<double>{2147483647, 0, 7}));
-    EXPECT_EQ(ansi(tqjson2_lee_arr_cadenas(u"c", l.raiz)),
-              (std::vector<std::string>{"caf\xE9", ""}));
+    EXPECT_EQ(bools(tqjson2_lee_arr_bool(u"b", l.raiz)), (Bools{FALSO, CIERTO, FALSO}));
+    EXPECT_EQ(ulongs(tqjson2_lee_arr_ulong(u"u", l.raiz)), enteros);
+    EXPECT_EQ(doubles(tqjson2_lee_arr_double(u"u", l.raiz)), (Doubles{2147483647, 0, 7}));
+    EXPECT_EQ(ansi(tqjson2_lee_arr_cadenas(u"c", l.raiz)), (Texts{"caf\xE9", ""}));
     EXPECT_EQ(wide(tqjson2_lee_arr_cadenas_unicode(u"w", l.raiz)), textos);
     EXPECT_TRUE(bools(tqjson2_lee_arr_bool(u"vacio", l.raiz)).empty());
     // Missing, or present twice: empty, never null, and no report.
@@ -46,7 +40,7 @@ TEST(ArrayValues, ArraysSavedWrittenAndReadBackLoadEqual) {
     EXPECT_TRUE(ansi(tqjson2_lee_arr_cadenas(u"falta", l.raiz)).empty());
     EXPECT_TRUE(doubles(tqjson2_lee_arr_double(u"falta", l.raiz)).empty());
 
-    EXPECT_EQ(ulongs(u), (std::vector<uint32_t>{2147483647, 0, 7}));
+    EXPECT_EQ(ulongs(u), enteros);
     EXPECT_EQ(wide(w), textos);
     arr_DestruyeBOOL(&b);
     arr_DestruyeCADENA(&c);
@@ -56,10 +50,9 @@ TEST(ArrayValues, ArraysSavedWrittenAndReadBackLoadEqual) {
 // The _en_array forms fill and read an array node the caller has, behind what it holds.
 TEST(ArrayValues, InArrayFormsAppendToAndReadTheCallersNode) {
     Tree a{arr({integer(1), dbl(2.5), integer(-3)})};
-    EXPECT_EQ(doubles(tqjson2_lee_arr_double_en_array(a.raiz)), (std::vector<double>{1, 2.5, -3}));
+    EXPECT_EQ(doubles(tqjson2_lee_arr_double_en_array(a.raiz)), (Doubles{1, 2.5, -3}));
     Tree b{arr({boolean(CIERTO), plain("FALSE"), plain("tRuE")})};
-    EXPECT_EQ(bools(tqjson2_lee_arr_bool_en_array(b.raiz)),
-              (std::vector<tqbool>{CIERTO, FALSO, CIERTO}));
+    EXPECT_EQ(bools(tqjson2_lee_arr_bool_en_array(b.raiz)), (Bools{CIERTO, FALSO, CIERTO}));
     arr_ulong_t *u = ulong_array({0, 9});
     tqjson2_graba_arr_ulong_en_array(u, a.raiz);
     arr_DestruyeULong(&u);
@@ -69,8 +62,7 @@ TEST(ArrayValues, InArrayFormsAppendToAndReadTheCallersNode) {
     arr_SetCADENA(c, 0, "\xE9");
     tqjson2_graba_arr_cadenas_en_array(c, s.raiz);
     arr_DestruyeCADENA(&c);
-    EXPECT_EQ(ansi(tqjson2_lee_arr_cadenas_en_array(s.raiz)),
-              (std::vector<std::string>{"x\"y", "\xE9"}));
+    EXPECT_EQ(ansi(tqjson2_lee_arr_cadenas_en_array(s.raiz)), (Texts{"x\"y", "\xE9"}));
 }
 
 // An element of the wrong kind is reported and the loop goes on; a member or node that is no
@@ -94,6 +86,7 @@ TEST(ArrayValues, WrongKindsAreReportedElementByElement) {
     };
     Tree mezcla{arr({integer(1), null_node(), plain("no"), dbl(0.5), integer(-1)})};
     for (const Row &row : kRows) {
+        SCOPED_TRACE(&row - kRows);
         RecordingHandler handler;
         EXPECT_EQ(row.lee(mezcla.raiz), 5u);
         EXPECT_EQ(handler.conditions(), row.reportes);

@@ -2,13 +2,18 @@
 // made from vectors and read back into them (the array destroyed), and the report texts.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <string>
 #include <vector>
 
+#include "support/recording_handler.h"
 #include "support/temp_file.h"
 #include "support/tree_builder.h"
 
-using Conditions = std::vector<std::string>;
+using Bools = std::vector<tqbool>;
+using Doubles = std::vector<double>;
+using Texts = std::vector<std::string>;
 
 // The tree written to a file and read back from it.
 inline Tree through_file(const tqjson2_nodo_t *raiz) {

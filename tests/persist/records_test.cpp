@@ -1,9 +1,7 @@
-#include <gtest/gtest.h>
-
 #include <memory>
+#include <optional>
 
 #include "persist/persist_test_support.h"
-#include "support/recording_handler.h"
 
 namespace {
 
@@ -26,21 +24,30 @@ struct Order {
     int64_t created = 0;
     uint8_t version = 0;
     Customer customer;
-    std::unique_ptr<std::u16string> note; // optional record, its one field
+    std::optional<std::u16string> note; // optional record, its one field
     std::vector<Line> lines;
     std::vector<uint32_t> codes;
     std::vector<std::u16string> tags;
     bool urgent = false, express = false;
     int32_t priority = 0;
-    bool operator==(const Order &o) const {
-        return created == o.created && version == o.version && customer == o.customer &&
-               (note ? o.note && *note == *o.note : !o.note) && lines == o.lines &&
-               codes == o.codes && tags == o.tags && urgent == o.urgent && express == o.express &&
-               priority == o.priority;
-    }
+    bool operator==(const Order &) const = default;
 };
 
-// The callbacks; every call is counted with the index order it came in.
+// A record a load callback made, freed.
+template <class T> T taken(void *record) {
+    return *std::unique_ptr<T>(static_cast<T *>(record));
+}
+// The records a load callback made for an array, each freed, and the array.
+template <class T> std::vector<T> taken_all(arr_puntero_t *records) {
+    std::vector<T> out;
+    for (uint32_t i = 0; i < arr_NumElemsPuntero(records); ++i)
+        out.push_back(taken<T>(arr_GetPunteroConTipo(records, i)));
+    arr_DestruyeEstructurasConTipo(&records, nullptr);
+    EXPECT_EQ(records, nullptr);
+    return out;
+}
+
+// The callbacks; every call on a line is counted, with the order it came in.
 std::vector<std::string> g_calls;
 
 void save_line(void *item, tqjson2_nodo_t *nodo) {
@@ -51,10 +58,9 @@ void save_line(void *item, tqjson2_nodo_t *nodo) {
     tqjson2_graba_double(u"price", l->price, nodo);
 }
 void *load_line(const tqjson2_nodo_t *nodo) {
-    auto *l = new Line;
-    l->product = take(tqjson2_lee_cadena_unicode(u"product", u"", nodo));
-    l->quantity = tqjson2_lee_ulong(u"quantity", 0, nodo);
-    l->price = tqjson2_lee_double(u"price", 0, nodo);
+    auto *l =
+        new Line{take(tqjson2_lee_cadena_unicode(u"product", u"", nodo)),
+                 tqjson2_lee_ulong(u"quantity", 0, nodo), tqjson2_lee_double(u"price", 0, nodo)};
     g_calls.push_back("load " + std::to_string(l->quantity));
     return l;
 }
@@ -66,14 +72,10 @@ void save_customer(void *item, tqjson2_nodo_t *nodo) {
     tqjson2_nousar_graba_ST(u"favourite", &c->favourite, save_line, nodo);
 }
 void *load_customer(const tqjson2_nodo_t *nodo) {
-    auto *c = new Customer;
-    c->name = take(tqjson2_lee_cadena_unicode(u"name", u"", nodo));
-    c->city = take(tqjson2_lee_cadena_ansi(u"city", "", nodo));
-    c->id = tqjson2_lee_long(u"id", 0, nodo);
-    std::unique_ptr<Line> l(
-        static_cast<Line *>(tqjson2_nousar_lee_ST(u"favourite", load_line, nodo)));
-    c->favourite = *l;
-    return c;
+    return new Customer{take(tqjson2_lee_cadena_unicode(u"name", u"", nodo)),
+                        take(tqjson2_lee_cadena_ansi(u"city", "", nodo)),
+                        tqjson2_lee_long(u"id", 0, nodo),
+                        taken<Line>(tqjson2_nousar_lee_ST(u"favourite", load_line, nodo))};
 }
 void save_note(void *item, tqjson2_nodo_t *nodo) {
     tqjson2_graba_cadena_unicode(u"text", static_cast<std::u16string *>(item)->c_str(), nodo);
@@ -87,7 +89,7 @@ tqjson2_nodo_t *save_order(Order &o) {
     tqjson2_append_time64_t_a_objeto(raiz, u"created", o.created);
     tqjson2_graba_version(u"version", o.version, raiz);
     tqjson2_nousar_graba_ST(u"customer", &o.customer, save_customer, raiz);
-    tqjson2_nousar_graba_ST_opcional(u"note", o.note.get(), save_note, raiz);
+    tqjson2_nousar_graba_ST_opcional(u"note", o.note ? &*o.note : nullptr, save_note, raiz);
     arr_puntero_t *lines = arr_CreaPunteroConTipo(0);
     for (Line &l : o.lines)
         arr_AppendPunteroConTipo(lines, &l);
@@ -109,17 +111,10 @@ Order load_order(const tqjson2_nodo_t *raiz) {
     Order o;
     o.created = tqjson2_lee_time64_t(u"created", 0, raiz);
     o.version = tqjson2_lee_version_opcional(u"version", 0, raiz);
-    std::unique_ptr<Customer> c(
-        static_cast<Customer *>(tqjson2_nousar_lee_ST(u"customer", load_customer, raiz)));
-    o.customer = *c;
-    o.note.reset(
-        static_cast<std::u16string *>(tqjson2_nousar_lee_ST_opcional(u"note", load_note, raiz)));
-    arr_puntero_t *lines = tqjson2_nousar_lee_arr_punterosST(u"lines", load_line, raiz);
-    for (uint32_t i = 0; i < arr_NumElemsPuntero(lines); ++i) {
-        std::unique_ptr<Line> l(static_cast<Line *>(arr_GetPunteroConTipo(lines, i)));
-        o.lines.push_back(*l);
-    }
-    arr_DestruyeEstructurasConTipo(&lines, nullptr);
+    o.customer = taken<Customer>(tqjson2_nousar_lee_ST(u"customer", load_customer, raiz));
+    if (void *note = tqjson2_nousar_lee_ST_opcional(u"note", load_note, raiz))
+        o.note = taken<std::u16string>(note);
+    o.lines = taken_all<Line>(tqjson2_nousar_lee_arr_punterosST(u"lines", load_line, raiz));
     o.codes = ulongs(tqjson2_lee_arr_ulong(u"codes", raiz));
     o.tags = wide(tqjson2_lee_arr_cadenas_unicode(u"tags", raiz));
     o.urgent = tqjsonlsn_leer_valor_booleano_con_valor_defecto(raiz, u"urgent", FALSO) == CIERTO;
@@ -129,18 +124,16 @@ Order load_order(const tqjson2_nodo_t *raiz) {
 }
 
 Order sample(bool with_note) {
-    Order o;
-    o.created = 1764000000;
-    o.version = 3;
-    o.customer = {u"Zo\u00eb \"Q\" O'Brien", "M\xFCnchen", 4711, {u"tea\tpot", 1, 19.99}};
-    if (with_note)
-        o.note = std::make_unique<std::u16string>(u"leave at the door\\back");
-    o.lines = {{u"cup", 2, 4.5}, {u"saucer \U0001F375", 3, 2.25}, {u"spoon", 12, 0.8}};
-    o.codes = {7, 0, 2147483647};
-    o.tags = {u"gift", u"", u"fr\u00e4gile"};
-    o.urgent = true;
-    o.priority = -2;
-    return o;
+    const std::u16string note = u"leave at the door\\back";
+    return {.created = 1764000000,
+            .version = 3,
+            .customer = {u"Zo\u00eb \"Q\" O'Brien", "M\xFCnchen", 4711, {u"tea\tpot", 1, 19.99}},
+            .note = with_note ? std::optional(note) : std::nullopt,
+            .lines = {{u"cup", 2, 4.5}, {u"saucer \U0001F375", 3, 2.25}, {u"spoon", 12, 0.8}},
+            .codes = {7, 0, 2147483647},
+            .tags = {u"gift", u"", u"fr\u00e4gile"},
+            .urgent = true,
+            .priority = -2};
 }
 } // namespace
 
@@ -148,15 +141,15 @@ Order sample(bool with_note) {
 // run once a record, in index order.
 TEST(Records, AnApplicationRecordGoesThroughAFileAndBack) {
     for (bool with_note : {true, false}) {
+        SCOPED_TRACE(with_note);
         Order o = sample(with_note);
         g_calls.clear();
         Tree saved{save_order(o)};
         Tree read = through_file(saved.raiz);
         EXPECT_EQ(load_order(read.raiz), o);
-        EXPECT_EQ(g_calls, (std::vector<std::string>{"save 1", "save 2", "save 3", "save 12",
-                                                     "load 1", "load 2", "load 3", "load 12"}));
-        tqjson2_nodo_t *note = nullptr;
-        EXPECT_EQ(tqjson2_existe_atributo_con_nombre_en_objeto(read.raiz, u"note", &note),
+        EXPECT_EQ(g_calls, (Conditions{"save 1", "save 2", "save 3", "save 12", "load 1", "load 2",
+                                       "load 3", "load 12"}));
+        EXPECT_EQ(tqjson2_existe_atributo_con_nombre_en_objeto(read.raiz, u"note", nullptr),
                   with_note ? CIERTO : FALSO);
     }
 }
@@ -165,29 +158,26 @@ TEST(Records, AnApplicationRecordGoesThroughAFileAndBack) {
 TEST(Records, AnApplicationRecordGoesThroughASaveStreamAndBack) {
     Order o = sample(true);
     Tree saved{save_order(o)};
-    char *texto = tqjson2_genera_texto_utf8_minificado(saved.raiz);
+    const std::string texto = minified(saved.raiz);
     marlsave_t *stream = marlsave_crea_en_memoria();
     tqjson2_graba_str_json_marlsave_opcional(nullptr, stream);
-    tqjson2_graba_str_json_marlsave_opcional(texto, stream);
-    tqjson2_graba_str_json_marlsave(texto, stream);
+    tqjson2_graba_str_json_marlsave_opcional(texto.c_str(), stream);
+    tqjson2_graba_str_json_marlsave(texto.c_str(), stream);
     marlsave_rebobina(stream);
     EXPECT_EQ(tqjson2_lee_str_json_marlsave_opcional(stream), nullptr);
     char *opcional = tqjson2_lee_str_json_marlsave_opcional(stream);
-    char *leido = tqjson2_lee_str_json_marlsave(stream);
     ASSERT_NE(opcional, nullptr);
-    EXPECT_NE(leido, texto);
-    EXPECT_EQ(std::string(opcional), texto);
+    EXPECT_EQ(take(opcional), texto);
     Tree read{nullptr};
-    ASSERT_EQ(tqjson2_se_lee_texto_utf8(leido, &read.raiz), CIERTO);
+    const std::string leido = take(tqjson2_lee_str_json_marlsave(stream));
+    ASSERT_EQ(tqjson2_se_lee_texto_utf8(leido.c_str(), &read.raiz), CIERTO);
     EXPECT_EQ(load_order(read.raiz), o);
-    marlstr_destruye(&opcional);
-    marlstr_destruye(&leido);
-    marlstr_destruye(&texto);
     marlsave_destruye(&stream);
     EXPECT_EQ(stream, nullptr);
 }
 
 TEST(Records, MissingAbsentAndMisshapenRecords) {
+    const auto lee_arr = tqjson2_nousar_lee_arr_punterosST;
     RecordingHandler handler;
     g_calls.clear();
     Tree o{obj({{u"arr", arr({})}, {u"obj", obj({})}})};
@@ -199,12 +189,8 @@ TEST(Records, MissingAbsentAndMisshapenRecords) {
     EXPECT_EQ(tqjson2_nousar_lee_ST_opcional(u"nada", nullptr, o.raiz), nullptr);
     EXPECT_EQ(tqjson2_nousar_lee_ST_opcional(u"arr", load_line, o.raiz), nullptr);
     EXPECT_EQ(tqjson2_nousar_lee_ST_opcional(u"obj", load_line, nullptr), nullptr);
-    arr_puntero_t *leidas = tqjson2_nousar_lee_arr_punterosST(u"nada", nullptr, o.raiz);
-    EXPECT_EQ(arr_NumElemsPuntero(leidas), 0u);
-    arr_DestruyeEstructurasConTipo(&leidas, nullptr);
-    leidas = tqjson2_nousar_lee_arr_punterosST(u"vacia", load_line, o.raiz);
-    EXPECT_EQ(arr_NumElemsPuntero(leidas), 0u);
-    arr_DestruyeEstructurasConTipo(&leidas, nullptr);
+    EXPECT_TRUE(taken_all<Line>(lee_arr(u"nada", nullptr, o.raiz)).empty());
+    EXPECT_TRUE(taken_all<Line>(lee_arr(u"vacia", load_line, o.raiz)).empty());
     EXPECT_TRUE(g_calls.empty());
     EXPECT_TRUE(handler.reports().empty());
 
@@ -216,9 +202,7 @@ TEST(Records, MissingAbsentAndMisshapenRecords) {
     EXPECT_EQ(tqjson2_nousar_lee_ST(u"nada", load_line, o.raiz), nullptr);
     EXPECT_EQ(tqjson2_nousar_lee_ST(u"obj", nullptr, o.raiz), nullptr);
     EXPECT_EQ(tqjson2_nousar_lee_ST_opcional(u"obj", nullptr, o.raiz), nullptr);
-    leidas = tqjson2_nousar_lee_arr_punterosST(u"obj", nullptr, o.raiz);
-    EXPECT_EQ(arr_NumElemsPuntero(leidas), 0u);
-    arr_DestruyeEstructurasConTipo(&leidas, nullptr);
+    EXPECT_TRUE(taken_all<Line>(lee_arr(u"obj", nullptr, o.raiz)).empty());
     tqjson2_nousar_graba_ST(u"sin", nullptr, nullptr, o.raiz);
     tqjson2_nousar_graba_arr_punterosST(u"sin_arr", vacia, nullptr, o.raiz);
     EXPECT_EQ(

@@ -1,11 +1,12 @@
-#include <gtest/gtest.h>
-
-#include <bit>
 #include <cfloat>
 #include <cmath>
 
 #include "persist/persist_test_support.h"
-#include "support/recording_handler.h"
+
+// A label of its own for each value of a run: u"da", u"db", ...
+static std::u16string label(char16_t run, size_t i) {
+    return {run, char16_t(u'a' + i)};
+}
 
 // A record saved field by field, written, read back and loaded gives every value back.
 TEST(ScalarValues, ARecordSavedWrittenAndReadBackLoadsUnchanged) {
@@ -26,10 +27,9 @@ TEST(ScalarValues, ARecordSavedWrittenAndReadBackLoadsUnchanged) {
     tqjson2_append_time64_t_a_objeto(r.raiz, u"t64", -8000000000LL);
     tqjson2_append_time_t_a_objeto(r.raiz, u"t", 1700000000);
     for (size_t i = 0; i < std::size(kDoubles); ++i)
-        tqjson2_graba_double((u"d" + std::u16string(1, u'a' + i)).c_str(), kDoubles[i], r.raiz);
+        tqjson2_graba_double(label(u'd', i).c_str(), kDoubles[i], r.raiz);
     for (size_t i = 0; i < std::size(kTexts); ++i)
-        tqjson2_graba_cadena_unicode((u"s" + std::u16string(1, u'a' + i)).c_str(), kTexts[i],
-                                     r.raiz);
+        tqjson2_graba_cadena_unicode(label(u's', i).c_str(), kTexts[i], r.raiz);
 
     Tree l = through_file(r.raiz);
     EXPECT_EQ(tqjson2_lee_long(u"min", 0, l.raiz), INT32_MIN + 1);
@@ -43,13 +43,10 @@ TEST(ScalarValues, ARecordSavedWrittenAndReadBackLoadsUnchanged) {
     EXPECT_EQ(tqjson2_lee_time64_t(u"t64", 0, l.raiz), -8000000000LL);
     EXPECT_EQ(tqjson2_lee_time_t(u"t", 0, l.raiz), 1700000000);
     for (size_t i = 0; i < std::size(kDoubles); ++i)
-        EXPECT_EQ(std::bit_cast<uint64_t>(
-                      tqjson2_lee_double((u"d" + std::u16string(1, u'a' + i)).c_str(), 0, l.raiz)),
-                  std::bit_cast<uint64_t>(kDoubles[i]))
+        EXPECT_EQ(bits(tqjson2_lee_double(label(u'd', i).c_str(), 0, l.raiz)), bits(kDoubles[i]))
             << kDoubles[i];
     for (size_t i = 0; i < std::size(kTexts); ++i)
-        EXPECT_EQ(take(tqjson2_lee_cadena_unicode((u"s" + std::u16string(1, u'a' + i)).c_str(),
-                                                  u"?", l.raiz)),
+        EXPECT_EQ(take(tqjson2_lee_cadena_unicode(label(u's', i).c_str(), u"?", l.raiz)),
                   kTexts[i]);
 }
 
@@ -57,27 +54,23 @@ TEST(ScalarValues, ARecordSavedWrittenAndReadBackLoadsUnchanged) {
 // as that integer with ".0", and anything below 1e-15 in magnitude as 0.0; the reader takes a
 // minus sign and a magnitude, and 2147483648 is beyond a 32-bit integer.
 TEST(ScalarValues, ValuesTheWrittenFormCannotCarry) {
-    struct Row {
-        double valor, leido;
-    } const kRows[] = {
+    const std::pair<double, double> kRows[] = {
         {1.0 / 3, 0.333333333333333}, // 17 digits needed, 15 kept
         {-0.0, 0.0},                  // the sign goes
         {1 + DBL_EPSILON, 1.0},
         {-1e-300, 0.0},
         {5e-324, 0.0},
     };
-    for (const Row &row : kRows) {
-        Tree r{obj({})};
-        tqjson2_graba_double(u"d", row.valor, r.raiz);
-        Tree l = through_file(r.raiz);
-        EXPECT_EQ(std::bit_cast<uint64_t>(tqjson2_lee_double(u"d", -1.0, l.raiz)),
-                  std::bit_cast<uint64_t>(row.leido))
-            << row.valor;
-    }
     RecordingHandler handler;
     Tree r{obj({})};
+    for (size_t i = 0; i < std::size(kRows); ++i)
+        tqjson2_graba_double(label(u'd', i).c_str(), kRows[i].first, r.raiz);
     tqjson2_graba_long(u"min", INT32_MIN, r.raiz);
     Tree l = through_file(r.raiz);
+    for (size_t i = 0; i < std::size(kRows); ++i)
+        EXPECT_EQ(bits(tqjson2_lee_double(label(u'd', i).c_str(), -1.0, l.raiz)),
+                  bits(kRows[i].second))
+            << kRows[i].first;
     EXPECT_EQ(tqjson2_lee_long(u"min", 0, l.raiz), INT32_MIN + 1);
     EXPECT_EQ(handler.conditions(),
               (Conditions{"cambtipo_se_puede_double_a_long(cte_double) == CIERTO",
@@ -200,25 +193,22 @@ TEST(ScalarValues, WritersReportALabelPresentAndNumbersOutOfRange) {
 // The guarded reader: a fault or a report while reading gives the placeholder, and the
 // process goes on; the report itself still reaches the handler.
 TEST(ScalarValues, TheGuardedReaderGivesThePlaceholderOnAFault) {
+    const auto seguro = tqjson2_lee_cadena_unicode_seguro;
+    const std::u16string marca = u"<Readed uninitialized variable>";
     RecordingHandler handler;
     Tree o{obj({{u"s", escaped(u"texto")}})};
     const auto *basura = reinterpret_cast<const char16_t *>(0x10);
-    EXPECT_EQ(take(tqjson2_lee_cadena_unicode_seguro(u"s", u"d", o.raiz)), u"texto");
-    EXPECT_EQ(take(tqjson2_lee_cadena_unicode_seguro(u"falta", u"d", o.raiz)), u"d");
-    EXPECT_EQ(take(tqjson2_lee_cadena_unicode_seguro(u"falta", basura, o.raiz)),
-              u"<Readed uninitialized variable>");
-    EXPECT_EQ(take(tqjson2_lee_cadena_unicode_seguro(basura, u"d", o.raiz)),
-              u"<Readed uninitialized variable>");
+    EXPECT_EQ(take(seguro(u"s", u"d", o.raiz)), u"texto");
+    EXPECT_EQ(take(seguro(u"falta", u"d", o.raiz)), u"d");
+    EXPECT_EQ(take(seguro(u"falta", basura, o.raiz)), marca);
+    EXPECT_EQ(take(seguro(basura, u"d", o.raiz)), marca);
     EXPECT_TRUE(handler.reports().empty());
-    EXPECT_EQ(take(tqjson2_lee_cadena_unicode_seguro(u"s", u"d", nullptr)),
-              u"<Readed uninitialized variable>");
+    EXPECT_EQ(take(seguro(u"s", u"d", nullptr)), marca);
     // A bad "\u00" is reported with no text in hand, so the caught report leaks nothing (ASan).
     Tree e{nullptr};
-    ASSERT_EQ(tqjson2_se_lee_texto_utf8_sin_decodificar_secuencias_utf8("{\"s\":\"\\u00zz\\u00\"}",
-                                                                        &e.raiz),
-              CIERTO);
-    EXPECT_EQ(take(tqjson2_lee_cadena_unicode_seguro(u"s", u"d", e.raiz)),
-              u"<Readed uninitialized variable>");
+    const char texto[] = "{\"s\":\"\\u00zz\\u00\"}";
+    ASSERT_EQ(tqjson2_se_lee_texto_utf8_sin_decodificar_secuencias_utf8(texto, &e.raiz), CIERTO);
+    EXPECT_EQ(take(seguro(u"s", u"d", e.raiz)), marca);
     EXPECT_EQ(handler.conditions(), (Conditions{"(nodo) != NULL", "se_decodifica == CIERTO"}));
     EXPECT_EQ(minified(o.raiz), "{\"s\" : \"texto\"}");
 }

@@ -1,9 +1,6 @@
-#include <gtest/gtest.h>
-
 #include <cfloat>
 
 #include "persist/persist_test_support.h"
-#include "support/recording_handler.h"
 
 namespace {
 const char16_t *const kLetras[] = {u"X", u"Y", u"Z"};
@@ -75,6 +72,7 @@ TEST(Settings, TestsOfWhetherAValueCanBeRead) {
 }
 
 TEST(Settings, AnEnumerationIsMatchedByItsTexts) {
+    const auto lee_enum = tqjsonlsn_nousar_es_posible_leer_enum;
     Tree o{obj({{u"Y", plain("Y")}, {u"y", plain("y")}, {u"i", integer(1)}})};
     struct Row {
         const char16_t *etiqueta;
@@ -87,24 +85,20 @@ TEST(Settings, AnEnumerationIsMatchedByItsTexts) {
         {u"falta", FALSO, -1, {}},
     };
     for (const Row &row : kRows) {
+        SCOPED_TRACE(&row - kRows);
         g_preguntas.clear();
         int32_t valor = 42;
-        EXPECT_EQ(tqjsonlsn_nousar_es_posible_leer_enum(row.etiqueta, es_correcto, texto_de, o.raiz,
-                                                        &valor),
-                  row.resultado);
+        EXPECT_EQ(lee_enum(row.etiqueta, es_correcto, texto_de, o.raiz, &valor), row.resultado);
         EXPECT_EQ(valor, row.valor);
         EXPECT_EQ(g_preguntas, row.preguntas);
     }
     RecordingHandler handler;
     int32_t valor = 42;
-    EXPECT_EQ(tqjsonlsn_nousar_es_posible_leer_enum(u"falta", nullptr, nullptr, o.raiz, &valor),
-              FALSO);
-    EXPECT_EQ(tqjsonlsn_nousar_es_posible_leer_enum(u"Y", nullptr, nullptr, o.raiz, &valor), FALSO);
+    EXPECT_EQ(lee_enum(u"falta", nullptr, nullptr, o.raiz, &valor), FALSO);
+    EXPECT_EQ(lee_enum(u"Y", nullptr, nullptr, o.raiz, &valor), FALSO);
     EXPECT_EQ(valor, -1);
-    EXPECT_EQ(tqjsonlsn_nousar_es_posible_leer_enum(u"i", es_correcto, texto_de, o.raiz, &valor),
-              FALSO);
-    EXPECT_EQ(tqjsonlsn_nousar_es_posible_leer_enum(u"Y", es_correcto, texto_de, o.raiz, nullptr),
-              FALSO);
+    EXPECT_EQ(lee_enum(u"i", es_correcto, texto_de, o.raiz, &valor), FALSO);
+    EXPECT_EQ(lee_enum(u"Y", es_correcto, texto_de, o.raiz, nullptr), FALSO);
     EXPECT_EQ(handler.conditions(),
               (Conditions{"(func_es_correcto_valor_enum) != NULL",
                           "nodo->tipo == TQJSON_TIPO_CADENA", "(valor_enum) != NULL"}));
@@ -113,10 +107,9 @@ TEST(Settings, AnEnumerationIsMatchedByItsTexts) {
 // Present members change in place (same node, same position), missing ones are appended.
 TEST(Settings, SettersChangePresentMembersInPlaceAndAppendMissingOnes) {
     Tree o{obj({{u"s", plain("texto")}, {u"n", integer(1)}, {u"a", arr({integer(1)})}})};
-    tqjson2_nodo_t *antes = nullptr;
+    tqjson2_nodo_t *antes = nullptr, *despues = nullptr;
     tqjson2_existe_atributo_con_nombre_en_objeto(o.raiz, u"s", &antes);
     tqjsonlsn_set_valor_long(o.raiz, u"s", 5);
-    tqjson2_nodo_t *despues = nullptr;
     tqjson2_existe_atributo_con_nombre_en_objeto(o.raiz, u"s", &despues);
     EXPECT_EQ(antes, despues);
     const char16_t texto[] = u"q\"t";

@@ -9,6 +9,9 @@
 
 #include "tqbase/error_interno.h"
 
+// Condition texts of reports, in the order they were made.
+using Conditions = std::vector<std::string>;
+
 struct Report {
     std::string condicion, modulo;
     int linea;

@@ -2,6 +2,8 @@
 // and written back as text.
 #pragma once
 
+#include <bit>
+#include <cstdint>
 #include <initializer_list>
 #include <string>
 #include <utility>
@@ -9,6 +11,11 @@
 #include "companion/wide_strings.h"
 #include "support/texts.h"
 #include "tqjson2.h"
+
+// A double's bits, for comparing values bit for bit.
+inline uint64_t bits(double valor) {
+    return std::bit_cast<uint64_t>(valor);
+}
 
 inline tqjson2_nodo_t *integer(int32_t valor) {
     return tqjson2_crea_nodo_entero(valor);

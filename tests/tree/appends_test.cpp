@@ -1,8 +1,5 @@
-#include <gtest/gtest.h>
-
 #include <cmath>
 
-#include "support/recording_handler.h"
 #include "tree/tree_test_support.h"
 
 // Strings keep their stored form in the written text: wide text escaped, ANSI and time texts
@@ -23,7 +20,7 @@ TEST(Appends, ObjectAppendsMakeOneMemberEachInOrderDuplicatesIncluded) {
     const char *buffer = utf8;
     tqjson2_append_cadena_utf8_a_objeto(o.raiz, u"u", &utf8);
     EXPECT_EQ(utf8, nullptr);
-    EXPECT_EQ(handler.conditions(), (std::vector<std::string>{"valor <= INT32_MAX"}));
+    EXPECT_EQ(handler.conditions(), (Conditions{"valor <= INT32_MAX"}));
     EXPECT_EQ(minified(o.raiz),
               "{\"id\" : -3,\"id\" : 2147483647,\"d\" : 0.5,\"b\" : true,"
               "\"n\" : null,\"s\" : \"a\\/b\",\"ansi\" : \"\xC3\xA9\xE2\x82\xAC\","
@@ -64,10 +61,10 @@ TEST(Appends, RefusedAppendsReportAndLeakNothing) {
     tqjson2_append_bool_a_array(nullptr, CIERTO);
     tqjson2_nodo_t *nulo = nullptr;
     tqjson2_append_elemento_a_array(array.raiz, &nulo);
-    EXPECT_EQ(handler.conditions(),
-              (std::vector<std::string>{"objeto->tipo == TQJSON_TIPO_OBJETO",
-                                        "nodo_array->tipo == TQJSON_TIPO_ARRAY", "(objeto) != NULL",
-                                        "(nodo_array) != NULL", "(valor) != NULL"}));
+    EXPECT_EQ(
+        handler.conditions(),
+        (Conditions{"objeto->tipo == TQJSON_TIPO_OBJETO", "nodo_array->tipo == TQJSON_TIPO_ARRAY",
+                    "(objeto) != NULL", "(nodo_array) != NULL", "(valor) != NULL"}));
     EXPECT_EQ(minified(array.raiz) + minified(objeto.raiz), "[]{}");
 }
 
@@ -82,7 +79,7 @@ TEST(Appends, TheGuardedAppendStoresThePlaceholderAndTheProcessGoesOn) {
     tqjson2_append_cadena_unicode_a_objeto_seguro(o.raiz, u"nulo", nullptr);
     EXPECT_EQ(minified(o.raiz), "{\"bien\" : \"texto\",\"mal\" : \"<Writted uninitialized "
                                 "variable>\",\"nulo\" : \"<Writted uninitialized variable>\"}");
-    EXPECT_EQ(handler.conditions(), (std::vector<std::string>{"(cadena) != NULL"}));
+    EXPECT_EQ(handler.conditions(), (Conditions{"(cadena) != NULL"}));
     // A refused object is reported outside the guard: nothing is left half-built (ASan).
     handler.clear();
     Tree a{arr({})};
@@ -90,5 +87,5 @@ TEST(Appends, TheGuardedAppendStoresThePlaceholderAndTheProcessGoesOn) {
     tqjson2_append_cadena_unicode_a_objeto_seguro(a.raiz, u"x", u"texto");
     EXPECT_EQ(minified(a.raiz), "[]");
     EXPECT_EQ(handler.conditions(),
-              (std::vector<std::string>{"(objeto) != NULL", "objeto->tipo == TQJSON_TIPO_OBJETO"}));
+              (Conditions{"(objeto) != NULL", "objeto->tipo == TQJSON_TIPO_OBJETO"}));
 }

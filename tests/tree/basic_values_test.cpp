@@ -1,16 +1,11 @@
-#include <gtest/gtest.h>
-
-#include "support/recording_handler.h"
 #include "tree/tree_test_support.h"
 
 TEST(BasicValues, OnlyStringIntegerDoubleAndBooleanAreBasic) {
     RecordingHandler handler;
-    const tqbool expected[] = {FALSO, FALSO, CIERTO, CIERTO, CIERTO, CIERTO, FALSO};
-    for (int32_t tipo = 0; tipo <= 6; ++tipo)
-        EXPECT_EQ(i_es_tipo_basico(tipo), expected[tipo]) << tipo;
-    EXPECT_EQ(i_es_tipo_basico(7), FALSO);
-    EXPECT_EQ(i_es_tipo_basico(-1), FALSO);
-    EXPECT_EQ(handler.conditions(), (std::vector<std::string>{"default", "default"}));
+    const tqbool expected[] = {FALSO, FALSO, FALSO, CIERTO, CIERTO, CIERTO, CIERTO, FALSO, FALSO};
+    for (int32_t tipo = -1; tipo <= 7; ++tipo)
+        EXPECT_EQ(i_es_tipo_basico(tipo), expected[tipo + 1]) << tipo;
+    EXPECT_EQ(handler.conditions(), (Conditions{"default", "default"})); // -1 and 7
 }
 
 TEST(BasicValues, ChangingAStringNodeFreesItsTextAndTakesTheNewOne) {
@@ -44,6 +39,5 @@ TEST(BasicValues, ContainersNullAndNonBasicTargetsAreRefusedWithoutLeaking) {
     EXPECT_EQ(std::pair(entero.raiz->tipo, entero.raiz->entero), std::pair(TQJSON_TIPO_ENTERO, 1));
     const std::string actual = "i_es_tipo_basico(nodo->tipo) == CIERTO";
     const std::string nuevo = "i_es_tipo_basico(tipo) == CIERTO";
-    EXPECT_EQ(handler.conditions(),
-              (std::vector<std::string>{actual, actual, actual, nuevo, nuevo}));
+    EXPECT_EQ(handler.conditions(), (Conditions{actual, actual, actual, nuevo, nuevo}));
 }

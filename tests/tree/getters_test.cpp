@@ -1,6 +1,3 @@
-#include <gtest/gtest.h>
-
-#include "support/recording_handler.h"
 #include "tree/tree_test_support.h"
 
 TEST(Getters, StringsReadAsStoredOrDecoded) {
@@ -40,9 +37,8 @@ TEST(Getters, AWrongKindIsReportedNeverConverted) {
     EXPECT_EQ(tqjson2_tipo_nodo(nullptr), TQJSON_TIPO_NULL);
     EXPECT_EQ(tqjson2_get_nombre_atributo(nullptr), nullptr);
     EXPECT_EQ(handler.conditions(),
-              (std::vector<std::string>{
-                  "nodo->tipo == TQJSON_TIPO_ENTERO", "nodo->tipo == TQJSON_TIPO_OBJETO",
-                  "nodo->tipo == TQJSON_TIPO_ARRAY", "nodo->tipo == TQJSON_TIPO_CADENA",
-                  "nodo->tipo == TQJSON_TIPO_CADENA", "nodo->tipo == TQJSON_TIPO_DOUBLE",
-                  "(nodo) != NULL", "(atributo) != NULL"}));
+              (Conditions{"nodo->tipo == TQJSON_TIPO_ENTERO", "nodo->tipo == TQJSON_TIPO_OBJETO",
+                          "nodo->tipo == TQJSON_TIPO_ARRAY", "nodo->tipo == TQJSON_TIPO_CADENA",
+                          "nodo->tipo == TQJSON_TIPO_CADENA", "nodo->tipo == TQJSON_TIPO_DOUBLE",
+                          "(nodo) != NULL", "(atributo) != NULL"}));
 }

@@ -1,6 +1,3 @@
-#include <gtest/gtest.h>
-
-#include "support/recording_handler.h"
 #include "tree/tree_test_support.h"
 
 namespace {
@@ -64,9 +61,8 @@ TEST(Lookups, ANonObjectOrNullObjectIsReported) {
     EXPECT_EQ(look(may_o_min, nullptr, u"x").first, FALSO);
     EXPECT_EQ(look(extrae, a.raiz, u"x").first, FALSO);
     EXPECT_EQ(handler.conditions(),
-              (std::vector<std::string>{"nodo_objeto->tipo == TQJSON_TIPO_OBJETO",
-                                        "(nodo_objeto) != NULL",
-                                        "nodo_objeto->tipo == TQJSON_TIPO_OBJETO"}));
+              (Conditions{"nodo_objeto->tipo == TQJSON_TIPO_OBJETO", "(nodo_objeto) != NULL",
+                          "nodo_objeto->tipo == TQJSON_TIPO_OBJETO"}));
 }
 
 // Creating a member hands its node over as it is, so a null node gives a member holding
@@ -82,5 +78,5 @@ TEST(Lookups, AMemberMadeFromANullNodeIsKeptAndReportedWhereItIsMet) {
     EXPECT_EQ(look(may_o_min, o.raiz, u"A").first, FALSO);
     EXPECT_EQ(minified(o.raiz), "{\"A\" : 7}");
     EXPECT_EQ(handler.conditions(),
-              (std::vector<std::string>{"(atributo_en_pos->valor) != NULL", "(nodo) != NULL"}));
+              (Conditions{"(atributo_en_pos->valor) != NULL", "(nodo) != NULL"}));
 }

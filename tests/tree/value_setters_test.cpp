@@ -1,6 +1,3 @@
-#include <gtest/gtest.h>
-
-#include "support/recording_handler.h"
 #include "tree/tree_test_support.h"
 
 TEST(ValueSetters, AScalarNodeChangesKindAndLooksNewlyCreated) {
@@ -30,10 +27,9 @@ TEST(ValueSetters, NullObjectAndArrayNodesKeepTheirKind) {
     EXPECT_EQ(texto, nullptr); // taken over and freed all the same
     tqjson2_set_nodo_entero(nullptr, 1);
     EXPECT_EQ(nulo.raiz->tipo, TQJSON_TIPO_NULL);
-    EXPECT_EQ(
-        handler.conditions(),
-        (std::vector<std::string>{"i_es_tipo_basico(nodo->tipo) == CIERTO",
-                                  "i_es_tipo_basico(nodo->tipo) == CIERTO", "(nodo) != NULL"}));
+    EXPECT_EQ(handler.conditions(),
+              (Conditions{"i_es_tipo_basico(nodo->tipo) == CIERTO",
+                          "i_es_tipo_basico(nodo->tipo) == CIERTO", "(nodo) != NULL"}));
 }
 
 // The old elements include a chain too deep for recursive destruction.
@@ -55,5 +51,5 @@ TEST(ValueSetters, ReplacingTheElementsDestroysTheOldOnesFirst) {
     arr_puntero_t *nada = nullptr;
     tqjson2_set_nodo_valores_array(a.raiz, &nada);
     EXPECT_EQ(handler.conditions(),
-              (std::vector<std::string>{"nodo->tipo == TQJSON_TIPO_ARRAY", "(valor) != NULL"}));
+              (Conditions{"nodo->tipo == TQJSON_TIPO_ARRAY", "(valor) != NULL"}));
 }

@@ -1,6 +1,3 @@
-#include <gtest/gtest.h>
-
-#include "support/recording_handler.h"
 #include "tree/tree_test_support.h"
 
 TEST(ValueTests, NumbersAreHandedOutBeforeTheKindIsTested) {
@@ -17,26 +14,23 @@ TEST(ValueTests, NumbersAreHandedOutBeforeTheKindIsTested) {
     EXPECT_EQ(tqjson2_es_valor_double(d.raiz, &doble), CIERTO);
     EXPECT_EQ(doble, 0.5);
     EXPECT_EQ(tqjson2_es_valor_entero(e.raiz, nullptr), FALSO);
-    EXPECT_EQ(handler.conditions(), (std::vector<std::string>{"(valor) != NULL"}));
+    EXPECT_EQ(handler.conditions(), Conditions{"(valor) != NULL"});
 }
 
 TEST(ValueTests, BooleansComeFromBooleanNodesAndFromTrueOrFalseTexts) {
     const struct {
-        const char *label;
         Tree nodo;
         tqbool resultado, valor; // valor 7: left untouched
     } rows[] = {
-        {"boolean", {boolean(CIERTO)}, CIERTO, CIERTO},
-        {"TRUE", {escaped(u"TRUE")}, CIERTO, CIERTO},
-        {"False", {escaped(u"False")}, CIERTO, FALSO},
-        {"yes", {escaped(u"yes")}, FALSO, FALSO},
-        {" true", {escaped(u" true")}, FALSO, FALSO},
-        {"integer", {integer(1)}, FALSO, 7},
+        {{boolean(CIERTO)}, CIERTO, CIERTO},  {{escaped(u"TRUE")}, CIERTO, CIERTO},
+        {{escaped(u"False")}, CIERTO, FALSO}, {{escaped(u"yes")}, FALSO, FALSO},
+        {{escaped(u" true")}, FALSO, FALSO},  {{integer(1)}, FALSO, 7},
     };
     for (const auto &row : rows) {
+        SCOPED_TRACE(&row - rows); // the row
         tqbool valor = 7;
-        EXPECT_EQ(tqjson2_es_valor_booleano(row.nodo.raiz, &valor), row.resultado) << row.label;
-        EXPECT_EQ(valor, row.valor) << row.label;
+        EXPECT_EQ(tqjson2_es_valor_booleano(row.nodo.raiz, &valor), row.resultado);
+        EXPECT_EQ(valor, row.valor);
     }
 }
 
