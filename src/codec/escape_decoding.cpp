@@ -137,7 +137,14 @@ void i_decodifica_en_sitio_utf8(char *texto, size_t n, uint32_t *sin_informar) {
     char *salida = texto;
     for (size_t i = 0; i < n; ++i) {
         const char c = texto[i];
-        if (c != '\\' || i + 1 == n) {
+        if (c != '\\') { // a run up to the next backslash moves down in one step
+            const void *barra = std::memchr(texto + i, '\\', n - i);
+            const size_t tramo =
+                (barra ? static_cast<size_t>(static_cast<const char *>(barra) - texto) : n) - i;
+            std::memmove(salida, texto + i, tramo);
+            salida += tramo;
+            i += tramo - 1;
+        } else if (i + 1 == n) {
             *salida++ = c;
         } else if (i + 3 < n && texto[i + 1] == 'u' && texto[i + 2] == '0' && texto[i + 3] == '0') {
             char16_t digitos[2] = {};
@@ -193,13 +200,24 @@ void i_decodifica_en_sitio_utf8(char *texto, size_t n, uint32_t *sin_informar) {
 char *i_literal_json_utf8(const char *bytes, size_t longitud, tqbool decodifica) {
     char *texto = creacadena(longitud + 1);
     size_t n = 0;
-    for (size_t i = 0; i < longitud; ++i) {
-        if (bytes[i] == '\\' && i + 1 < longitud) {
-            if (bytes[i + 1] != '"')
-                texto[n++] = '\\';
-            ++i;
+    for (size_t i = 0; i < longitud;) {
+        const void *barra = std::memchr(bytes + i, '\\', longitud - i);
+        const size_t tramo =
+            (barra ? static_cast<size_t>(static_cast<const char *>(barra) - bytes) : longitud) - i;
+        std::memcpy(texto + n, bytes + i, tramo);
+        n += tramo;
+        i += tramo;
+        if (i == longitud)
+            break;
+        // A backslash: before a quotation mark it goes; any other pair stays as written.
+        if (i + 1 < longitud && bytes[i + 1] == '"') {
+            texto[n++] = '"';
+        } else {
+            texto[n++] = '\\';
+            if (i + 1 < longitud)
+                texto[n++] = bytes[i + 1];
         }
-        texto[n++] = bytes[i];
+        i += 2;
     }
     texto[n] = '\0';
     if (decodifica == CIERTO && std::strncmp(texto, i_PREFIJO_SIN_DECODIFICAR_UTF8,

@@ -136,3 +136,18 @@ TEST(Parser, ReadTreesGrowWhenAppendedTo) {
     EXPECT_EQ(tqjson2_existe_atributo_con_nombre_may_o_min_en_objeto(tree.raiz, u"C", &c), CIERTO);
     EXPECT_EQ(c, member_at(tree.raiz, 1)->valor);
 }
+
+// Names are widened sixteen ASCII bytes a step: every length around the steps, ASCII alone and
+// with a character outside ASCII after or before it, reads back to the same name. (An empty
+// name is written as no name.)
+TEST(Parser, NamesOfEveryLengthReadBackWhole) {
+    for (size_t n = 1; n <= 40; ++n) {
+        std::string ascii;
+        for (size_t i = 0; i < n; ++i)
+            ascii += static_cast<char>('a' + i % 26);
+        for (const std::string &name : {ascii, ascii + "\xC3\xA9z", "\xE2\x82\xAC" + ascii}) {
+            SCOPED_TRACE(name);
+            EXPECT_EQ(read_text("{\"" + name + "\":1}"), yes("{\"" + name + "\" : 1}"));
+        }
+    }
+}
