@@ -1,5 +1,6 @@
-// Decoding the escaped form back into plain wide text, and the process-wide tolerance counter
-// that decides what a "\u00" sequence with bad digits becomes.
+// Decoding the escaped form back into plain text (wide text, or a read literal's UTF-8 bytes in
+// place), and the process-wide tolerance counter that decides what a "\u00" sequence with bad
+// digits becomes.
 #include <atomic>
 #include <cstring>
 

@@ -119,7 +119,7 @@ size_t i_ensancha_ascii(const char *bytes, size_t longitud, char16_t *destino) {
 }
 
 // The member name goes on the names buffer: the literal as the lexer gives it, never decoded.
-// ASCII, the usual name, widens byte by byte.
+// ASCII, the usual name, widens in place, sixteen bytes a step and then byte by byte.
 void i_lee_nombre(i_lectura &lectura) {
     std::u16string &nombres = lectura.nombres;
     if (lectura.actual->barras == CIERTO) {
