@@ -16,26 +16,50 @@ inline constexpr std::array<char, 200> i_PARES_DECIMALES = [] {
     return pares;
 }();
 
+// Four digits, leading zeros included.
+inline void i_cuatro_digitos(char *d, uint32_t n) {
+    std::memcpy(d, &i_PARES_DECIMALES[2 * (n / 100)], 2);
+    std::memcpy(d + 2, &i_PARES_DECIMALES[2 * (n % 100)], 2);
+}
+
+// `n` below 10^4 without leading zeros; the end of what was written.
+inline char *i_hasta_cuatro_digitos(char *d, uint32_t n) {
+    if (n < 10) {
+        *d = static_cast<char>('0' + n);
+        return d + 1;
+    }
+    if (n < 100) {
+        std::memcpy(d, &i_PARES_DECIMALES[2 * n], 2);
+        return d + 2;
+    }
+    if (n < 1000) {
+        *d = static_cast<char>('0' + n / 100);
+        std::memcpy(d + 1, &i_PARES_DECIMALES[2 * (n % 100)], 2);
+        return d + 3;
+    }
+    i_cuatro_digitos(d, n);
+    return d + 4;
+}
+
 // Writes `valor` in decimal, with a minus sign when negative, at `texto` (room for 11 bytes)
-// and returns the end of what was written.
+// and returns the end of what was written. The leading part of up to four digits is written
+// alone; the rest in groups of four, whose pairs do not wait on each other.
 inline char *i_escribe_decimal(char *texto, int32_t valor) {
     uint32_t u = static_cast<uint32_t>(valor);
     if (valor < 0) {
         *texto++ = '-';
         u = 0u - u;
     }
-    const int digitos = 1 + (u >= 10) + (u >= 100) + (u >= 1000) + (u >= 10000) + (u >= 100000) +
-                        (u >= 1000000) + (u >= 10000000) + (u >= 100000000) + (u >= 1000000000);
-    char *const fin = texto + digitos;
-    char *p = fin;
-    while (u >= 100) {
-        p -= 2;
-        std::memcpy(p, &i_PARES_DECIMALES[2 * (u % 100)], 2);
-        u /= 100;
+    if (u < 10000)
+        return i_hasta_cuatro_digitos(texto, u);
+    if (u < 100000000) {
+        texto = i_hasta_cuatro_digitos(texto, u / 10000);
+        i_cuatro_digitos(texto, u % 10000);
+        return texto + 4;
     }
-    if (u >= 10)
-        std::memcpy(p - 2, &i_PARES_DECIMALES[2 * u], 2);
-    else
-        p[-1] = static_cast<char>('0' + u);
-    return fin;
+    texto = i_hasta_cuatro_digitos(texto, u / 100000000); // at most 42
+    const uint32_t ocho = u % 100000000;
+    i_cuatro_digitos(texto, ocho / 10000);
+    i_cuatro_digitos(texto + 4, ocho % 10000);
+    return texto + 8;
 }
