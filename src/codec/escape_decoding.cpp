@@ -26,7 +26,14 @@ constexpr i_reemplazo i_REEMPLAZOS[] = {
     {u'"', u'"'},  {u'\\', u'\\'}, {u'b', u'\b'}, {u't', u'\t'},
     {u'n', u'\n'}, {u'f', u'\f'},  {u'r', u'\r'}, {u'/', u'/'},
 };
-constexpr uint32_t num_caracters_reemplazo = sizeof i_REEMPLAZOS / sizeof i_REEMPLAZOS[0];
+
+// What a backslash followed by `escapado` decodes to; the terminator when the pair is no escape.
+char16_t i_reemplazo_de(char16_t escapado) {
+    for (const i_reemplazo &fila : i_REEMPLAZOS)
+        if (fila.escapado == escapado)
+            return fila.decodificado;
+    return u'\0';
+}
 
 // The unit that "\u00" and the digit units `d1` and `d2` stand for; a digit place past the end
 // of the text (`completa` false) fails like a non-hexadecimal digit. Bad digits are reported,
@@ -96,16 +103,11 @@ char16_t *i_decodifica_secuencias_escape(const char16_t *texto, uint32_t *sin_in
             const bool completa = d[0] != u'\0' && d[1] != u'\0';
             agrega(i_decodifica_u00(d[0], completa ? d[1] : u'\0', completa, sin_informar));
             i += 5;
+        } else if (const char16_t decodificado = i_reemplazo_de(texto[i + 1])) {
+            agrega(decodificado);
+            ++i;
         } else {
-            uint32_t fila = 0;
-            while (fila < num_caracters_reemplazo && i_REEMPLAZOS[fila].escapado != texto[i + 1])
-                ++fila;
-            if (fila < num_caracters_reemplazo) {
-                agrega(i_REEMPLAZOS[fila].decodificado);
-                ++i;
-            } else {
-                agrega(c); // a backslash that escapes nothing stands as itself
-            }
+            agrega(c); // a backslash that escapes nothing stands as itself
         }
     }
     agrega(u'\0');
@@ -180,17 +182,11 @@ void i_decodifica_en_sitio_utf8(char *texto, size_t n, uint32_t *sin_informar) {
                 *salida++ = static_cast<char>(0x80 | (resto & 0x3F));
             }
             i = j - 1;
+        } else if (const char16_t decodificado = i_reemplazo_de(char16_t(byte(i + 1)))) {
+            *salida++ = static_cast<char>(decodificado);
+            ++i;
         } else {
-            uint32_t fila = 0;
-            while (fila < num_caracters_reemplazo &&
-                   i_REEMPLAZOS[fila].escapado != char16_t(byte(i + 1)))
-                ++fila;
-            if (fila < num_caracters_reemplazo) {
-                *salida++ = static_cast<char>(i_REEMPLAZOS[fila].decodificado);
-                ++i;
-            } else {
-                *salida++ = c; // a backslash that escapes nothing stands as itself
-            }
+            *salida++ = c; // a backslash that escapes nothing stands as itself
         }
     }
     *salida = '\0';

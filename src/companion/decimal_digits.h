@@ -22,6 +22,12 @@ inline void i_cuatro_digitos(char *d, uint32_t n) {
     std::memcpy(d + 2, &i_PARES_DECIMALES[2 * (n % 100)], 2);
 }
 
+// `n` (below 10^8) as exactly eight digits, in two independent halves.
+inline void i_ocho_digitos(char *d, uint32_t n) {
+    i_cuatro_digitos(d, n / 10000);
+    i_cuatro_digitos(d + 4, n % 10000);
+}
+
 // `n` below 10^4 without leading zeros; the end of what was written.
 inline char *i_hasta_cuatro_digitos(char *d, uint32_t n) {
     if (n < 10) {
@@ -58,8 +64,6 @@ inline char *i_escribe_decimal(char *texto, int32_t valor) {
         return texto + 4;
     }
     texto = i_hasta_cuatro_digitos(texto, u / 100000000); // at most 42
-    const uint32_t ocho = u % 100000000;
-    i_cuatro_digitos(texto, ocho / 10000);
-    i_cuatro_digitos(texto + 4, ocho % 10000);
+    i_ocho_digitos(texto, u % 100000000);
     return texto + 8;
 }

@@ -9,7 +9,6 @@
 
 #include "decimal_digits.h"
 
-#include <array>
 #include <bit>
 #include <cfloat>
 #include <charconv>
@@ -118,15 +117,6 @@ size_t i_formatea(const i_digitos &digitos, int precision, bool negativo, char *
                       precision, negativo, texto);
 }
 
-// `n` (below 10^8) as exactly eight digits, in two independent halves of two pairs each.
-void i_ocho_digitos(uint32_t n, char *d) {
-    const uint32_t alto = n / 10000, bajo = n % 10000;
-    std::memcpy(d, &i_PARES_DECIMALES[2 * (alto / 100)], 2);
-    std::memcpy(d + 2, &i_PARES_DECIMALES[2 * (alto % 100)], 2);
-    std::memcpy(d + 4, &i_PARES_DECIMALES[2 * (bajo / 100)], 2);
-    std::memcpy(d + 6, &i_PARES_DECIMALES[2 * (bajo % 100)], 2);
-}
-
 // The count of '0' bytes at the end of the 8 bytes at `d`: the last byte is the word's highest
 // on a little-endian machine, the first on a big-endian one.
 int i_ceros_al_final_de_ocho(const char *d) {
@@ -205,8 +195,8 @@ size_t i_texto_G_por_escala(double valor, int precision, char *texto, size_t tam
     // Sixteen digits with leading zeros, of which the last `precision` are the value's, and
     // room for i_formatea's fixed-size reads.
     char digitos[48] = {};
-    i_ocho_digitos(static_cast<uint32_t>(digitos_enteros / 100000000u), digitos);
-    i_ocho_digitos(static_cast<uint32_t>(digitos_enteros % 100000000u), digitos + 8);
+    i_ocho_digitos(digitos, static_cast<uint32_t>(digitos_enteros / 100000000u));
+    i_ocho_digitos(digitos + 8, static_cast<uint32_t>(digitos_enteros % 100000000u));
     int ceros = i_ceros_al_final_de_ocho(digitos + 8);
     if (ceros == 8)
         ceros += i_ceros_al_final_de_ocho(digitos);
