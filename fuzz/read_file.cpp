@@ -2,29 +2,32 @@
 // with and without buffered stream reads. Both ways of reading the file must agree, down to
 // where a failed read stopped; and, for UTF-8, the file must read as the same bytes read as
 // text (up to the first zero byte, where both stop).
-#include <unistd.h>
-
 #include <filesystem>
+#include <fstream>
+#include <random>
 
 #include "fuzz_support.h"
 
 namespace {
 
-// One file per process, removed when the process ends normally.
+// One file per process in the current folder (the replay test's build folder, or the run folder
+// that the test script fuzzes in), removed when the process ends normally.
 class InputFile {
   public:
     InputFile()
-        : path_(std::filesystem::temp_directory_path() /
-                ("tqjson2_fuzz_read_file_" + std::to_string(getpid()) + ".json")),
+        : path_(std::filesystem::current_path() /
+                ("tqjson2_fuzz_read_file_" + std::to_string(std::random_device{}()) + ".json")),
           wide_(path_.u16string()) {}
     ~InputFile() {
         std::error_code ignorado;
         std::filesystem::remove(path_, ignorado);
     }
     void fill(const uint8_t *data, size_t size) const {
-        FILE *f = std::fopen(path_.c_str(), "wb");
-        if (!f || (size && std::fwrite(data, 1, size, f) != size) || std::fclose(f) != 0) {
-            std::perror(path_.c_str());
+        std::ofstream f(path_, std::ios::binary | std::ios::trunc);
+        f.write(reinterpret_cast<const char *>(data), static_cast<std::streamsize>(size));
+        f.close();
+        if (!f) {
+            std::fprintf(stderr, "cannot write %s\n", path_.string().c_str());
             std::abort(); // not a finding: the harness cannot run
         }
     }

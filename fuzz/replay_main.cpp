@@ -37,7 +37,7 @@ int main(int argc, char **argv) {
     std::sort(inputs.begin(), inputs.end());
     for (const auto &path : inputs) {
         const std::vector<uint8_t> data = contents(path);
-        std::fprintf(stderr, "running %s (%zu bytes)\n", path.c_str(), data.size());
+        std::fprintf(stderr, "running %s (%zu bytes)\n", path.string().c_str(), data.size());
         static const uint8_t vacio = 0; // an empty input still gets a valid address
         LLVMFuzzerTestOneInput(data.empty() ? &vacio : data.data(), data.size());
     }

@@ -4,8 +4,12 @@
 # repeated runs stay offline and fast.
 set -euo pipefail
 
+# The Windows build: mingw-w64 (POSIX threads), wine to run what it builds, and GoogleTest's
+# sources, which it builds for Windows itself.
 packages=(g++ cmake ninja-build libgtest-dev libgmock-dev libbenchmark-dev clang-format binutils
-          clang libclang-rt-14-dev pkgconf "$@")
+          clang libclang-rt-14-dev pkgconf
+          g++-mingw-w64-x86-64-posix gcc-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64
+          mingw-w64-x86-64-dev wine wine64 googletest "$@")
 
 missing=()
 for p in "${packages[@]}"; do

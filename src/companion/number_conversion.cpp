@@ -48,13 +48,25 @@ int32_t cambtipo_double_a_long(double valor) {
     return static_cast<int32_t>(valor);
 }
 
+// Rounded by hand, not with the C runtime's round(), whose halfway test some runtimes make by
+// adding 0.5 (0.49999999999999994 + 0.5 rounds up to 1.0). Inside the range the fraction is
+// taken exactly: truncation to an integer and the subtraction of that integer are both exact.
 int32_t roundtol(double valor) {
     if (std::isnan(valor))
         return 0;
-    const double redondeado = std::round(valor);
-    if (redondeado <= INT32_MIN)
-        return INT32_MIN;
-    if (redondeado >= INT32_MAX)
+    if (valor >= INT32_MAX)
         return INT32_MAX;
-    return static_cast<int32_t>(redondeado);
+    if (valor <= INT32_MIN)
+        return INT32_MIN;
+    int64_t entero = static_cast<int64_t>(valor);
+    const double fraccion = valor - static_cast<double>(entero);
+    if (fraccion >= 0.5)
+        ++entero;
+    else if (fraccion <= -0.5)
+        --entero;
+    if (entero > INT32_MAX)
+        return INT32_MAX;
+    if (entero < INT32_MIN)
+        return INT32_MIN;
+    return static_cast<int32_t>(entero);
 }

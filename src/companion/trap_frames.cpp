@@ -1,12 +1,17 @@
-// tqbase trap frames on POSIX signals. Each thread keeps its own chain of open frames; the
-// SIGSEGV and SIGBUS handlers are installed while any frame of the process is open and hand a
-// fault to the innermost catching frame of the faulting thread, or else to the disposition
-// that was in force before.
+// tqbase trap frames. Each thread keeps its own chain of open frames; while any frame of the
+// process is open, a fault handler is installed (SIGSEGV and SIGBUS on POSIX, a vectored
+// exception handler on Windows) that hands a fault to the innermost catching frame of the
+// faulting thread, or else to whatever would have had it without frames.
 #include "trap_frames.h"
 
-#include <csignal>
 #include <cstdio>
 #include <mutex>
+
+#if defined(_WIN32)
+#include <windows.h>
+#else
+#include <csignal>
+#endif
 
 #include "trap_catch.h"
 #include "traspaso.h"
@@ -15,7 +20,7 @@
 static const char *const i_MODULO = "tqbase: trapable";
 
 struct trapable_marco {
-    sigjmp_buf salto;
+    trapable_salto_t salto;
     trapable_excepcion_t excepcion;
     int32_t *estado;
     tqbool muestra_error;
@@ -28,15 +33,11 @@ namespace {
 thread_local trapable_marco *t_marco_interior = nullptr;
 // Frames that a jump to an enclosing frame left behind: their guarded functions are gone, so
 // they will never be closed by their owners. They are released at the next close, outside any
-// signal handler.
+// fault handler.
 thread_local trapable_marco *t_marcos_abandonados = nullptr;
-
-const int i_SENALES[] = {SIGSEGV, SIGBUS};
-constexpr int i_NUM_SENALES = sizeof i_SENALES / sizeof i_SENALES[0];
 
 std::mutex g_cerrojo;
 int g_marcos_abiertos = 0; // over every thread; guarded by g_cerrojo
-struct sigaction g_anteriores[i_NUM_SENALES];
 
 trapable_marco *i_marco_que_captura() {
     for (trapable_marco *m = t_marco_interior; m; m = m->exterior)
@@ -45,7 +46,9 @@ trapable_marco *i_marco_que_captura() {
     return nullptr;
 }
 
-[[noreturn]] void i_salta(trapable_marco *marco, const trapable_excepcion_t &excepcion) {
+// Makes `marco` the innermost frame again, the frames inside it abandoned, and records what it
+// caught; the jump itself is the platform's.
+void i_prepara_salto(trapable_marco *marco, const trapable_excepcion_t &excepcion) {
     while (t_marco_interior != marco) {
         trapable_marco *abandonado = t_marco_interior;
         t_marco_interior = abandonado->exterior;
@@ -54,8 +57,67 @@ trapable_marco *i_marco_que_captura() {
     }
     marco->excepcion = excepcion;
     marco->capturando = false;
+}
+
+#if defined(_WIN32)
+
+[[noreturn]] void i_salta(trapable_marco *marco, const trapable_excepcion_t &excepcion) {
+    i_prepara_salto(marco, excepcion);
+    longjmp(marco->salto, 1);
+}
+
+// Where a thread resumes after the exception handler took its fault: a plain function on the
+// faulting stack, from which the jump leaves as from any other call.
+thread_local trapable_marco *t_marco_destino = nullptr;
+[[noreturn]] void i_reanuda_en_marco() {
+    longjmp(t_marco_destino->salto, 1);
+}
+
+PVOID g_manejador = nullptr; // guarded by g_cerrojo
+
+// The system's dispatch of the exception is left to finish normally: the thread's context is
+// pointed at i_reanuda_en_marco, on the stack below the fault, aligned as at a call.
+LONG CALLBACK i_manejador_excepcion(EXCEPTION_POINTERS *info) {
+    const EXCEPTION_RECORD *registro = info->ExceptionRecord;
+    const bool de_acceso = registro->ExceptionCode == EXCEPTION_ACCESS_VIOLATION ||
+                           registro->ExceptionCode == EXCEPTION_IN_PAGE_ERROR;
+    trapable_marco *marco = de_acceso ? i_marco_que_captura() : nullptr;
+    const void *direccion = registro->NumberParameters >= 2
+                                ? reinterpret_cast<const void *>(registro->ExceptionInformation[1])
+                                : nullptr;
+    const trapable_excepcion_t excepcion{static_cast<int32_t>(registro->ExceptionCode), direccion};
+    if (!marco || !trapable_nousar_ChequeaExcepcion(marco, &excepcion))
+        return EXCEPTION_CONTINUE_SEARCH;
+    i_prepara_salto(marco, excepcion);
+    t_marco_destino = marco;
+    CONTEXT *contexto = info->ContextRecord;
+    contexto->Rsp = ((contexto->Rsp - 256) & ~DWORD64{15}) - 8;
+    contexto->Rip = reinterpret_cast<DWORD64>(&i_reanuda_en_marco);
+    return EXCEPTION_CONTINUE_EXECUTION;
+}
+
+// Called first while frames are open, so that an application's own handlers see only the
+// faults that no frame takes.
+void i_instala_guardia() {
+    g_manejador = AddVectoredExceptionHandler(1, i_manejador_excepcion);
+}
+
+void i_retira_guardia() {
+    if (g_manejador)
+        RemoveVectoredExceptionHandler(g_manejador);
+    g_manejador = nullptr;
+}
+
+#else
+
+[[noreturn]] void i_salta(trapable_marco *marco, const trapable_excepcion_t &excepcion) {
+    i_prepara_salto(marco, excepcion);
     siglongjmp(marco->salto, 1);
 }
+
+const int i_SENALES[] = {SIGSEGV, SIGBUS};
+constexpr int i_NUM_SENALES = sizeof i_SENALES / sizeof i_SENALES[0];
+struct sigaction g_anteriores[i_NUM_SENALES]; // guarded by g_cerrojo
 
 // A fault no frame takes goes where it would have gone without frames: the previous handler,
 // or the default action when the faulting instruction runs again.
@@ -82,10 +144,7 @@ void i_manejador_senal(int senal, siginfo_t *info, void *contexto) {
     i_pasa_a_anterior(senal, info, contexto);
 }
 
-void i_abre_marco_en_proceso() {
-    std::lock_guard<std::mutex> cerrojo(g_cerrojo);
-    if (g_marcos_abiertos++ > 0)
-        return;
+void i_instala_guardia() {
     struct sigaction accion {};
     accion.sa_sigaction = i_manejador_senal;
     accion.sa_flags = SA_SIGINFO;
@@ -94,12 +153,23 @@ void i_abre_marco_en_proceso() {
         sigaction(i_SENALES[i], &accion, &g_anteriores[i]);
 }
 
-void i_cierra_marco_en_proceso() {
-    std::lock_guard<std::mutex> cerrojo(g_cerrojo);
-    if (--g_marcos_abiertos > 0)
-        return;
+void i_retira_guardia() {
     for (int i = 0; i < i_NUM_SENALES; ++i)
         sigaction(i_SENALES[i], &g_anteriores[i], nullptr);
+}
+
+#endif
+
+void i_abre_marco_en_proceso() {
+    std::lock_guard<std::mutex> cerrojo(g_cerrojo);
+    if (g_marcos_abiertos++ == 0)
+        i_instala_guardia();
+}
+
+void i_cierra_marco_en_proceso() {
+    std::lock_guard<std::mutex> cerrojo(g_cerrojo);
+    if (--g_marcos_abiertos == 0)
+        i_retira_guardia();
 }
 
 void i_libera_abandonados() {
@@ -131,7 +201,7 @@ trapable_marco_t *trapable_nousar_try_catch_INI(tqbool muestra_error, int32_t *e
     return marco;
 }
 
-sigjmp_buf *trapable_nousar_salto(trapable_marco_t *marco) {
+trapable_salto_t *trapable_nousar_salto(trapable_marco_t *marco) {
     return &marco->salto;
 }
 
@@ -144,7 +214,8 @@ tqbool trapable_nousar_ChequeaExcepcion(const trapable_marco_t *,
     if (!excepcion)
         return FALSO;
     const int32_t codigo = excepcion->codigo;
-    return (codigo == SIGSEGV || codigo == SIGBUS || codigo == TRAPABLE_CODIGO_ERROR_INTERNO)
+    return (codigo == TRAPABLE_CODIGO_ACCESO || codigo == TRAPABLE_CODIGO_PAGINA ||
+            codigo == TRAPABLE_CODIGO_ERROR_INTERNO)
                ? CIERTO
                : FALSO;
 }

@@ -23,7 +23,7 @@
 namespace {
 
 bool i_detecta_ssse3() {
-#if defined(_M_X64)
+#if defined(_MSC_VER)
     int registros[4];
     __cpuid(registros, 1);
     return (registros[2] >> 9) & 1;

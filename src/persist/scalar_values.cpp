@@ -111,7 +111,7 @@ int32_t tqjson2_lee_long(const char16_t *etiqueta, int32_t defecto, const tqjson
 
 // The unsigned reader is the signed one under a second name: the stored 32 bits come back
 // unconverted, and both types travel in the same register.
-#if defined(__GNUC__) && !defined(_WIN32)
+#if defined(__GNUC__)
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wpragmas"
 #pragma GCC diagnostic ignored "-Wunknown-warning-option"

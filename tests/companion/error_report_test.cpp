@@ -1,6 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <thread>
+
+#if defined(_WIN32)
+#include <setjmp.h>
+#include <windows.h>
+#else
 #include <csignal>
+#endif
 
 #include "companion/trap_frames.h"
 #include "support/recording_handler.h"
@@ -74,7 +81,7 @@ TEST(ErrorReport, TheHandlerGetsConditionModuleAndLineAndNullRestoresTheDefault)
 TEST(TrapFrames, AnAccessFaultOrAReportInsideAFrameIsCaughtAndTheProcessGoesOn) {
     int32_t codigo = 0;
     EXPECT_EQ(guard([] { read_unreadable(); }, &codigo), Outcome::Caught);
-    EXPECT_EQ(codigo, SIGSEGV);
+    EXPECT_EQ(codigo, TRAPABLE_CODIGO_ACCESO);
     EXPECT_EQ(guard([] {}), Outcome::Completed);
     RecordingHandler handler;
     volatile bool after_report = false;
@@ -124,6 +131,45 @@ TEST(TrapFrames, FramesNestAndAFailureInAFallbackGoesToTheEnclosingFrame) {
     EXPECT_EQ(guard([] { read_unreadable(); }), Outcome::Caught); // the chain is sound again
 }
 
+#if defined(_WIN32)
+// The application's own handler, as an application would write one: it counts the access
+// faults it sees and resumes the thread at its own jump point.
+jmp_buf g_app_jump;
+volatile int g_app_faults = 0;
+[[noreturn]] void app_resume() {
+    longjmp(g_app_jump, 1);
+}
+LONG CALLBACK app_handler(EXCEPTION_POINTERS *info) {
+    if (info->ExceptionRecord->ExceptionCode != EXCEPTION_ACCESS_VIOLATION)
+        return EXCEPTION_CONTINUE_SEARCH;
+    g_app_faults = g_app_faults + 1;
+    info->ContextRecord->Rsp = ((info->ContextRecord->Rsp - 256) & ~DWORD64{15}) - 8;
+    info->ContextRecord->Rip = reinterpret_cast<DWORD64>(&app_resume);
+    return EXCEPTION_CONTINUE_EXECUTION;
+}
+__attribute__((noinline)) int faults_the_application_took() {
+    const int before = g_app_faults;
+    if (_setjmp(g_app_jump, nullptr) == 0)
+        read_unreadable();
+    return g_app_faults - before;
+}
+
+// A frame is asked before the application's own handlers, installed earlier or not; a fault that
+// no frame of its thread takes goes on to them, while frames are open elsewhere and after.
+TEST(TrapFrames, FaultsNoFrameTakesGoToTheApplicationsOwnHandler) {
+    PVOID mine = AddVectoredExceptionHandler(1, app_handler);
+    ASSERT_NE(mine, nullptr);
+    EXPECT_EQ(faults_the_application_took(), 1);
+    guard([&] {
+        EXPECT_EQ(guard([] { read_unreadable(); }), Outcome::Caught);
+        int other_thread = 0;
+        std::thread([&] { other_thread = faults_the_application_took(); }).join();
+        EXPECT_EQ(other_thread, 1);
+    });
+    EXPECT_EQ(faults_the_application_took(), 1);
+    RemoveVectoredExceptionHandler(mine);
+}
+#else
 TEST(TrapFrames, ThePreviousSignalDispositionsComeBackWhenTheOutermostFrameCloses) {
     void (*const mi_manejador)(int) = [](int) {};
     const auto mine_on = [&](int senal) {
@@ -146,3 +192,4 @@ TEST(TrapFrames, ThePreviousSignalDispositionsComeBackWhenTheOutermostFrameClose
     sigaction(SIGSEGV, &previous_segv, nullptr);
     sigaction(SIGBUS, &previous_bus, nullptr);
 }
+#endif

@@ -2,22 +2,25 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
 
-// A file name of its own under the temporary directory, removed at the end of the scope. The
-// name holds letters beyond ASCII, so every opener must convert it whole.
+// A file name of its own in the folder of the running test (CTest runs each program in its own
+// build folder, never in a shared one), removed at the end of the scope. The name holds letters
+// beyond ASCII, so every opener must convert it whole.
 class TempFile {
   public:
     TempFile() {
         static int contador = 0;
-        path_ = std::filesystem::path(testing::TempDir()) /
-                ("tqjson2_test_" + std::to_string(getpid()) + "_" + std::to_string(contador++) +
-                 "_\xC3\xA9\xF0\x9F\x98\x80.json");
+        const std::filesystem::path folder = std::filesystem::current_path() / "test_files";
+        std::filesystem::create_directories(folder);
+        const testing::TestInfo *test = testing::UnitTest::GetInstance()->current_test_info();
+        const std::string name = std::string(test ? test->name() : "tqjson2") + "_" +
+                                 std::to_string(contador++) + "_\xC3\xA9\xF0\x9F\x98\x80.json";
+        path_ = folder / std::u8string(name.begin(), name.end());
         wide_ = path_.u16string();
     }
     explicit TempFile(const std::string &bytes) : TempFile() { fill(bytes); }
@@ -35,3 +38,13 @@ class TempFile {
     std::filesystem::path path_;
     std::u16string wide_;
 };
+
+// What a text written in text mode ("wt") holds in a file: the same bytes on POSIX; on Windows
+// each line feed reaches the file as CR LF.
+inline std::string in_text_mode(std::string texto) {
+#if defined(_WIN32)
+    for (size_t i = texto.find('\n'); i != std::string::npos; i = texto.find('\n', i + 2))
+        texto.insert(i, 1, '\r');
+#endif
+    return texto;
+}

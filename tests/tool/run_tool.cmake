@@ -7,6 +7,9 @@
 #   STDOUT   the file standard output must equal (none: no output at all)
 #   STDERR   the one line standard error must hold, without its line feed (none: nothing)
 #   OUTPUT   the file WORK/output must equal, when the case writes one
+#   EMULATOR what runs the tool, where it is built for another system (wine)
+#   CRLF     ON: the expected STDOUT and OUTPUT hold CR LF where their files hold LF
+# The tool's temporary files go to WORK too.
 cmake_minimum_required(VERSION 3.25)
 
 file(REMOVE_RECURSE "${WORK}")
@@ -20,7 +23,8 @@ else()
   file(WRITE "${stdin}" "")
 endif()
 
-execute_process(COMMAND "${TOOL}" ${args}
+set(ENV{TMPDIR} "${WORK}")
+execute_process(COMMAND ${EMULATOR} "${TOOL}" ${args}
   WORKING_DIRECTORY "${INPUTS}"
   INPUT_FILE "${stdin}"
   OUTPUT_FILE "${WORK}/stdout"
@@ -34,6 +38,13 @@ endif()
 
 # Files are compared byte for byte: outputs may hold any byte, and line ends matter.
 function(compare_file what actual expected)
+  if(CRLF)
+    file(READ "${expected}" text)
+    string(REPLACE "\n" "\r\n" text "${text}")
+    get_filename_component(expected_name "${expected}" NAME)
+    set(expected "${WORK}/expected-crlf-${expected_name}")
+    file(WRITE "${expected}" "${text}")
+  endif()
   if(NOT EXISTS "${actual}")
     string(APPEND problems "${what}: no file ${actual}\n")
   else()

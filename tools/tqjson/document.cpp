@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "files.h"
+#include "platform.h"
 #include "reports.h"
 #include "utf.h"
 
@@ -21,9 +22,9 @@ void read_standard_input(ReadResult &result) {
 
 bool is_readable_file(const std::string &name) {
     std::error_code ignored;
-    if (!std::filesystem::is_regular_file(name, ignored))
+    if (!std::filesystem::is_regular_file(path_from_utf8(name), ignored))
         return false;
-    std::FILE *file = std::fopen(name.c_str(), "rb");
+    std::FILE *file = open_file(name, "rb");
     if (!file)
         return false;
     std::fclose(file);

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <random>
 
+#include "platform.h"
 #include "tool.h"
 #include "utf.h"
 
@@ -29,7 +30,7 @@ std::optional<std::string> read_input(const std::string &name, size_t limit) {
     File opened;
     std::FILE *in = stdin;
     if (name != "-") {
-        opened.reset(std::fopen(name.c_str(), "rb"));
+        opened.reset(open_file(name, "rb"));
         if (!opened)
             fail(exit_usage_or_file, name + ": cannot open");
         in = opened.get();
@@ -52,7 +53,7 @@ void write_output(const std::optional<std::string> &output, std::string_view byt
         write_stdout(bytes);
         return;
     }
-    File out{std::fopen(output->c_str(), "wb")};
+    File out{open_file(*output, "wb")};
     const bool written =
         out && std::fwrite(bytes.data(), 1, bytes.size(), out.get()) == bytes.size();
     // Closing flushes what is still buffered, so it decides too.
@@ -71,18 +72,18 @@ TemporaryFile::TemporaryFile() {
     for (int attempt = 0; attempt < 100; ++attempt) {
         char unique[17];
         std::snprintf(unique, sizeof unique, "%016llx", static_cast<unsigned long long>(random()));
-        const std::string candidate = (directory / ("tqjson-" + std::string(unique))).string();
-        if (File created{std::fopen(candidate.c_str(), "wbx")}) {
+        const std::string candidate = utf8_from_path(directory / ("tqjson-" + std::string(unique)));
+        if (File created{open_file(candidate, "wbx")}) {
             name_ = candidate;
             return;
         }
     }
-    fail(exit_usage_or_file, directory.string() + ": cannot create a temporary file");
+    fail(exit_usage_or_file, utf8_from_path(directory) + ": cannot create a temporary file");
 }
 
 TemporaryFile::~TemporaryFile() {
     std::error_code ignored;
-    std::filesystem::remove(name_, ignored);
+    std::filesystem::remove(path_from_utf8(name_), ignored);
 }
 
 } // namespace tqjson

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "commands.h"
+#include "platform.h"
 #include "reports.h"
 #include "tool.h"
 
@@ -83,9 +84,10 @@ void write_stdout(std::string_view bytes) {
 int main(int argc, char **argv) {
     using namespace tqjson;
     install_report_counter();
+    use_binary_standard_streams();
     int status = exit_success;
     try {
-        status = run({argv + 1, argv + argc});
+        status = run(utf8_arguments(argc, argv));
     } catch (const Failure &failure) {
         print_error(failure.message);
         status = failure.status;

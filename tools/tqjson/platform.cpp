@@ -1,0 +1,60 @@
+#include "platform.h"
+
+#include "utf.h"
+
+#if defined(_WIN32)
+#include <fcntl.h>
+#include <io.h>
+#include <windows.h>
+
+#include <shellapi.h>
+#endif
+
+namespace tqjson {
+
+std::vector<std::string> utf8_arguments(int argc, char **argv) {
+#if defined(_WIN32)
+    // The narrow arguments are in the ANSI code page, which cannot hold every name.
+    (void)argc, (void)argv;
+    int count = 0;
+    wchar_t **wide = CommandLineToArgvW(GetCommandLineW(), &count);
+    std::vector<std::string> arguments;
+    for (int i = 1; wide && i < count; ++i)
+        arguments.push_back(utf8_from_utf16(reinterpret_cast<const char16_t *>(wide[i])));
+    LocalFree(wide);
+    return arguments;
+#else
+    return {argv + 1, argv + argc};
+#endif
+}
+
+void use_binary_standard_streams() {
+#if defined(_WIN32)
+    _setmode(_fileno(stdin), _O_BINARY);
+    _setmode(_fileno(stdout), _O_BINARY);
+    _setmode(_fileno(stderr), _O_BINARY);
+#endif
+}
+
+std::FILE *open_file(const std::string &name, const char *mode) {
+#if defined(_WIN32)
+    const std::optional<std::u16string> wide_name = utf16_from_utf8(name);
+    if (!wide_name)
+        return nullptr;
+    std::wstring wide_mode(mode, mode + std::char_traits<char>::length(mode));
+    return _wfopen(reinterpret_cast<const wchar_t *>(wide_name->c_str()), wide_mode.c_str());
+#else
+    return std::fopen(name.c_str(), mode);
+#endif
+}
+
+std::filesystem::path path_from_utf8(const std::string &name) {
+    return std::filesystem::path(std::u8string(name.begin(), name.end()));
+}
+
+std::string utf8_from_path(const std::filesystem::path &path) {
+    const std::u8string utf8 = path.u8string();
+    return std::string(utf8.begin(), utf8.end());
+}
+
+} // namespace tqjson
