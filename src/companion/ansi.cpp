@@ -1,8 +1,13 @@
-// tqbase Unicode component: the ANSI code page, Windows-1252 (the platform has none of its own).
-// ASCII text is copied as it is; other text goes through UTF-16, so that UTF-8 is read and
-// written by utf.cpp alone, with the same handling of invalid input.
+// tqbase Unicode component: the ANSI code page, the system's own on Windows and Windows-1252
+// elsewhere (POSIX has none). ASCII text is copied as it is; other text goes through UTF-16, so
+// that UTF-8 is read and written by utf.cpp alone, with the same handling of invalid input.
 #include <array>
 #include <cstring>
+#include <string>
+
+#if defined(_WIN32)
+#include <windows.h>
+#endif
 
 #include "tqbase/cadenas.h"
 #include "tqbase/memoria.h"
@@ -14,6 +19,57 @@ static const char *const i_MODULO = "tqbase: unicode";
 namespace {
 
 constexpr char i_NO_REPRESENTABLE = '?';
+
+bool i_es_par(const char16_t *p) {
+    return p[0] >= 0xD800 && p[0] <= 0xDBFF && p[1] >= 0xDC00 && p[1] <= 0xDFFF;
+}
+
+#if defined(_WIN32)
+
+// The system converts, with no best fit (a character the code page cannot hold is '?', not a
+// look-alike). A surrogate pair is one character and so one '?': it is put as '?' first, since
+// the system would write one for each half.
+constexpr char i_NO_REPRESENTABLE_TEXTO[] = {i_NO_REPRESENTABLE, '\0'};
+
+std::u16string i_pares_como_interrogacion(const char16_t *p) {
+    std::u16string texto;
+    for (; *p; ++p) {
+        if (i_es_par(p)) {
+            texto += char16_t(i_NO_REPRESENTABLE);
+            ++p;
+        } else {
+            texto += *p;
+        }
+    }
+    return texto;
+}
+
+char *i_wide_a_ansi(const char16_t *p) {
+    const std::u16string sin_pares = i_pares_como_interrogacion(p);
+    const auto *wide = reinterpret_cast<const wchar_t *>(sin_pares.c_str());
+    const int tam = WideCharToMultiByte(CP_ACP, WC_NO_BEST_FIT_CHARS, wide, -1, nullptr, 0,
+                                        i_NO_REPRESENTABLE_TEXTO, nullptr);
+    char *ansi = static_cast<char *>(marlspy_nousar_malloc(tam > 0 ? size_t(tam) : 1));
+    if (tam <= 0 || WideCharToMultiByte(CP_ACP, WC_NO_BEST_FIT_CHARS, wide, -1, ansi, tam,
+                                        i_NO_REPRESENTABLE_TEXTO, nullptr) != tam)
+        ansi[0] = '\0';
+    return ansi;
+}
+
+char16_t *i_ansi_a_wide(const unsigned char *p, size_t longitud) {
+    const auto *texto = reinterpret_cast<const char *>(p);
+    const int num = static_cast<int>(longitud);
+    const int tam = MultiByteToWideChar(CP_ACP, 0, texto, num, nullptr, 0);
+    char16_t *wide = static_cast<char16_t *>(
+        marlspy_nousar_malloc(sizeof(char16_t) * (tam > 0 ? size_t(tam) + 1 : 1)));
+    const int escritos =
+        tam > 0 ? MultiByteToWideChar(CP_ACP, 0, texto, num, reinterpret_cast<wchar_t *>(wide), tam)
+                : 0;
+    wide[escritos > 0 ? escritos : 0] = u'\0';
+    return wide;
+}
+
+#else
 
 // Bytes 0x80..0x9F. The five bytes that the code page leaves undefined map to the C1 control of
 // the same value, as Windows converts them.
@@ -54,10 +110,6 @@ char i_byte_ansi(char16_t caracter) {
     return byte ? char(byte) : i_NO_REPRESENTABLE;
 }
 
-bool i_es_par(const char16_t *p) {
-    return p[0] >= 0xD800 && p[0] <= 0xDBFF && p[1] >= 0xDC00 && p[1] <= 0xDFFF;
-}
-
 // One byte per character: a surrogate pair is one character and gives one '?'.
 size_t i_caracteres(const char16_t *p) {
     size_t caracteres = 0;
@@ -87,6 +139,8 @@ char16_t *i_ansi_a_wide(const unsigned char *p, size_t longitud) {
     wide[longitud] = u'\0';
     return wide;
 }
+
+#endif
 
 bool i_es_ascii(const char *texto, size_t longitud) {
     for (size_t i = 0; i < longitud; ++i)
