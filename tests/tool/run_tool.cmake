@@ -28,8 +28,11 @@ execute_process(COMMAND ${EMULATOR} "${TOOL}" ${args}
   WORKING_DIRECTORY "${INPUTS}"
   INPUT_FILE "${stdin}"
   OUTPUT_FILE "${WORK}/stdout"
-  ERROR_VARIABLE stderr
+  ERROR_FILE "${WORK}/stderr"
   RESULT_VARIABLE status)
+# Files rather than pipes: a pipe would also wait for every process that holds it, such as the
+# server that wine starts and leaves running.
+file(READ "${WORK}/stderr" stderr)
 
 set(problems "")
 if(NOT status STREQUAL STATUS)
