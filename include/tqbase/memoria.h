@@ -31,12 +31,22 @@ TQBASE_API void *marlspy_nousar_asigna_doble_puntero(void *puntero);
    report. */
 TQBASE_API void *marlspy_nousar_asigna_doble_puntero_no_null(void *puntero);
 
-/* For measurements: the calling thread's use of the pool that serves blocks of up to 256 bytes
-   (which the system allocator never sees): bytes of the blocks it has taken less those it has
-   given back (0 if it gave back more, freeing other threads' blocks), and the highest that
-   figure reached since the last reset. */
+/* The pool that serves blocks of up to 4 KiB (which the system allocator never sees), over
+   every thread of the process. Exact when no other thread is taking or giving back blocks. */
+typedef struct marlspy_estado_bloques_pequenos {
+    size_t en_uso;   /* bytes of the blocks taken and not given back */
+    size_t pico;     /* the highest en_uso since the last reset; a thread's steps of up to
+                        16 KiB between its reports to the process may go unseen */
+    size_t en_cache; /* bytes of empty chunks kept for reuse */
+    size_t retenido; /* bytes of chunks backed by memory: holding blocks, or cached */
+    size_t devuelto; /* bytes of chunks whose memory went back to the system, in all */
+} marlspy_estado_bloques_pequenos_t;
+TQBASE_API void marlspy_nousar_estado_bloques_pequenos(marlspy_estado_bloques_pequenos_t *estado);
+
+/* For measurements: the pool's bytes in use and their highest figure since the last reset, as
+   marlspy_nousar_estado_bloques_pequenos gives them. */
 TQBASE_API void marlspy_nousar_uso_bloques_pequenos(size_t *en_uso, size_t *pico);
-/* Starts the calling thread's highest figure again from its present use. */
+/* Starts the highest figure again from the present use. */
 TQBASE_API void marlspy_nousar_reinicia_pico_bloques_pequenos(void);
 
 TQBASE_C_FIN

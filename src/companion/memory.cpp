@@ -35,7 +35,7 @@ void *marlspy_nousar_realloc(void *bloque, size_t tam) {
         return marlspy_nousar_malloc(tam);
     if (i_es_bloque_pequeno(bloque)) {
         const size_t tam_actual = i_tam_bloque_pequeno(bloque);
-        if (tam <= tam_actual && tam + i_PASO_BLOQUE_PEQUENO > tam_actual)
+        if (tam <= tam_actual && i_tam_clase(i_clase_de(tam)) == tam_actual)
             return bloque;
         void *movido = marlspy_nousar_malloc(tam);
         std::memcpy(movido, bloque, tam < tam_actual ? tam : tam_actual);

@@ -2,82 +2,389 @@
 #include "small_blocks.h"
 
 #include <algorithm>
-#include <atomic>
-#include <cstdint>
+#include <cstdio>
 #include <cstdlib>
+#include <mutex>
+#include <new>
 
+#include "system_memory.h"
 #include "tqbase/memoria.h"
 
-#if defined(_WIN32)
-#include <windows.h>
-#else
-#include <sys/mman.h>
-#endif
+std::atomic<std::atomic<uint64_t> *> g_mapa_trozos[i_NUM_HOJAS];
 
 namespace {
 
-// Address space reserved when the library is loaded. Until then, and wherever the reservation
-// fails, the base is null and every block comes from the system: a block is the pool's only if
-// its address lies in the range, so either kind is freed correctly at any time.
-char *i_reserva_region() {
-#if defined(TQ_SIN_BLOQUES_PEQUENOS)
-    // Sanitized builds take every block from the system, where the sanitizers watch it.
-    return nullptr;
-#elif defined(_WIN32)
-    return static_cast<char *>(VirtualAlloc(nullptr, i_TAM_REGION, MEM_RESERVE, PAGE_NOACCESS));
-#else
-    void *reservada = mmap(nullptr, i_TAM_REGION, PROT_READ | PROT_WRITE,
-                           MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
-    return reservada == MAP_FAILED ? nullptr : static_cast<char *>(reservada);
-#endif
+// Address space is reserved 4 MiB at a time and carved into chunks.
+constexpr size_t i_TAM_SEGMENTO = size_t{4} << 20;
+// Empty chunks kept for reuse (8 MiB), beyond which their memory goes back to the system: enough
+// that reading and destroying documents of a few megabytes in turn reuses the same memory
+// instead of having the system clear it again for every read.
+constexpr size_t i_MAX_TROZOS_EN_CACHE = 128;
+
+[[noreturn]] void i_sin_memoria(size_t tam) {
+    std::fprintf(stderr, "tqbase: out of memory allocating %zu bytes\n", tam);
+    std::abort();
 }
 
-std::atomic<size_t> g_siguiente_trozo{0};
+// Chunks: taken from and given back to the system under one lock, 64 KiB at a time.
+struct i_almacen_trozos {
+    std::mutex cerrojo;
+    char *segmento = nullptr, *fin_segmento = nullptr;
+    i_trozo *cache = nullptr;
+    size_t num_cache = 0;
+    // Chunks whose memory went back: their address space stays the pool's, for reuse.
+    char **devueltos = nullptr;
+    size_t num_devueltos = 0, capacidad_devueltos = 0;
+    size_t retenido = 0; // bytes of chunks backed by memory: with live blocks or cached
+    size_t devuelto = 0; // bytes given back, in all
+};
+i_almacen_trozos g_almacen;
 
-} // namespace
+// Heaps: every heap made is registered (for the exact count of bytes in use), and those of ended
+// threads wait parked for the next thread.
+std::mutex g_cerrojo_montones;
+i_monton *g_registrados = nullptr;
+i_monton *g_aparcados = nullptr;
 
-char *const g_base_region = i_reserva_region();
-// Zero-filled without code, so its pages are touched only as chunks are handed out.
-std::atomic<uint8_t> g_clase_trozo[i_NUM_TROZOS];
-constinit thread_local i_pool_hilo t_pool i_TLS_DIRECTO;
+std::atomic<int64_t> g_en_uso{0};
+std::atomic<int64_t> g_pico{0};
 
-void *i_toma_de_trozo_nuevo(size_t clase) {
-    const size_t indice = g_siguiente_trozo.fetch_add(1, std::memory_order_relaxed);
-    if (indice >= i_NUM_TROZOS)
+void i_sube_pico(int64_t valor) {
+    int64_t pico = g_pico.load(std::memory_order_relaxed);
+    while (valor > pico && !g_pico.compare_exchange_weak(pico, valor, std::memory_order_relaxed))
+        ;
+}
+
+// Under the store's lock: the leaf of the map that covers `trozo`, made when missing.
+void i_marca_en_mapa(const char *trozo) {
+    const uintptr_t direccion = reinterpret_cast<uintptr_t>(trozo);
+    std::atomic<std::atomic<uint64_t> *> &entrada = g_mapa_trozos[direccion >> i_BITS_HOJA];
+    std::atomic<uint64_t> *hoja = entrada.load(std::memory_order_relaxed);
+    if (!hoja) {
+        constexpr size_t palabras = (size_t{1} << (i_BITS_HOJA - i_BITS_TROZO)) / 64;
+        void *memoria = std::calloc(palabras, sizeof(std::atomic<uint64_t>));
+        if (!memoria)
+            i_sin_memoria(palabras * sizeof(uint64_t));
+        hoja = new (memoria) std::atomic<uint64_t>[palabras];
+        entrada.store(hoja, std::memory_order_release);
+    }
+    const uintptr_t indice = (direccion & ((uintptr_t{1} << i_BITS_HOJA) - 1)) >> i_BITS_TROZO;
+    hoja[indice / 64].fetch_or(uint64_t{1} << (indice % 64), std::memory_order_release);
+}
+
+// Under the store's lock: an empty chunk backed by memory, or null when the system has none.
+char *i_trozo_nuevo_bloqueado() {
+    i_almacen_trozos &a = g_almacen;
+    if (i_trozo *cacheado = a.cache) {
+        a.cache = cacheado->siguiente;
+        --a.num_cache;
+        return reinterpret_cast<char *>(cacheado);
+    }
+    if (a.num_devueltos > 0) {
+        char *trozo = a.devueltos[a.num_devueltos - 1];
+        if (!i_sistema_compromete(trozo, i_TAM_TROZO))
+            return nullptr;
+        --a.num_devueltos;
+        a.retenido += i_TAM_TROZO;
+        return trozo;
+    }
+    if (a.segmento == a.fin_segmento) {
+        char *segmento = i_sistema_reserva(i_TAM_SEGMENTO, i_TAM_TROZO);
+        if (!segmento)
+            return nullptr;
+        a.segmento = segmento;
+        a.fin_segmento = segmento + i_TAM_SEGMENTO;
+    }
+    char *trozo = a.segmento;
+    if (!i_sistema_compromete(trozo, i_TAM_TROZO))
         return nullptr;
-    char *trozo = g_base_region + indice * i_TAM_TROZO;
-#if defined(_WIN32)
-    if (!VirtualAlloc(trozo, i_TAM_TROZO, MEM_COMMIT, PAGE_READWRITE))
-        return nullptr;
-#endif
-    g_clase_trozo[indice].store(static_cast<uint8_t>(clase + 1), std::memory_order_release);
-    const size_t tam_clase = i_tam_clase(clase);
-    t_pool.libre_trozo[clase] = trozo + tam_clase;
-    t_pool.fin_trozo[clase] = trozo + i_TAM_TROZO;
-    i_cuenta(static_cast<std::ptrdiff_t>(tam_clase));
+    a.segmento += i_TAM_TROZO;
+    i_marca_en_mapa(trozo);
+    a.retenido += i_TAM_TROZO;
     return trozo;
 }
 
-void i_devuelve_con_pila_mayor(void *bloque, size_t clase) {
-    i_libres &libres = t_pool.libres[clase];
-    const size_t capacidad = libres.capacidad ? 2 * libres.capacidad : 1024;
-    void *ampliada = std::realloc(libres.bloques, capacidad * sizeof(void *));
-    // Without a longer stack the block stays out of use rather than fail the caller.
-    if (ampliada) {
-        libres.bloques = static_cast<void **>(ampliada);
-        libres.capacidad = capacidad;
-        libres.bloques[libres.num++] = bloque;
+void i_suelta_trozo(i_trozo *trozo) {
+    i_almacen_trozos &a = g_almacen;
+    std::lock_guard<std::mutex> cerrojo(a.cerrojo);
+    if (a.num_cache < i_MAX_TROZOS_EN_CACHE) {
+        trozo->siguiente = a.cache;
+        a.cache = trozo;
+        ++a.num_cache;
+        return;
     }
-    i_cuenta(-static_cast<std::ptrdiff_t>(i_tam_clase(clase)));
+    if (a.num_devueltos == a.capacidad_devueltos) {
+        const size_t capacidad = std::max<size_t>(64, 2 * a.capacidad_devueltos);
+        void *mayor = std::realloc(a.devueltos, capacidad * sizeof(char *));
+        if (!mayor) // kept in the cache rather than lost
+            return (void)(trozo->siguiente = a.cache, a.cache = trozo, ++a.num_cache);
+        a.devueltos = static_cast<char **>(mayor);
+        a.capacidad_devueltos = capacidad;
+    }
+    char *memoria = reinterpret_cast<char *>(trozo);
+    i_sistema_devuelve(memoria, i_TAM_TROZO);
+    a.devueltos[a.num_devueltos++] = memoria;
+    a.retenido -= i_TAM_TROZO;
+    a.devuelto += i_TAM_TROZO;
+}
+
+// The heap's lists of chunks, by state and class: the owner's alone.
+i_trozo **i_lista_de(i_monton *monton, const i_trozo *trozo) {
+    return trozo->estado == i_TROZO_LLENO ? &monton->llenos[trozo->clase]
+                                          : &monton->disponibles[trozo->clase];
+}
+
+void i_enlaza(i_monton *monton, i_trozo *trozo) {
+    i_trozo **lista = i_lista_de(monton, trozo);
+    trozo->anterior = nullptr;
+    trozo->siguiente = *lista;
+    if (*lista)
+        (*lista)->anterior = trozo;
+    *lista = trozo;
+}
+
+void i_desenlaza(i_monton *monton, i_trozo *trozo) {
+    if (trozo->anterior)
+        trozo->anterior->siguiente = trozo->siguiente;
+    else
+        *i_lista_de(monton, trozo) = trozo->siguiente;
+    if (trozo->siguiente)
+        trozo->siguiente->anterior = trozo->anterior;
+}
+
+// Takes back the blocks other threads freed of `trozo`. `quita_aviso` also clears the mark that
+// the chunk is on the owner's list: only where it was just taken off that list.
+void i_recoge_remotos(i_trozo *trozo, bool quita_aviso) {
+    uintptr_t palabra;
+    if (quita_aviso) {
+        // Release too: a thread that marks the chunk again next writes its link to the owner's
+        // list, which this thread has just read.
+        palabra = trozo->remotos.exchange(0, std::memory_order_acq_rel);
+    } else {
+        palabra = trozo->remotos.load(std::memory_order_relaxed);
+        do {
+            if ((palabra & ~i_AVISADO) == 0)
+                return;
+        } while (!trozo->remotos.compare_exchange_weak(
+            palabra, palabra & i_AVISADO, std::memory_order_acquire, std::memory_order_relaxed));
+    }
+    auto *bloque = reinterpret_cast<i_bloque *>(palabra & ~i_AVISADO);
+    while (bloque) {
+        i_bloque *siguiente = bloque->siguiente;
+        bloque->siguiente = trozo->libres;
+        trozo->libres = bloque;
+        --trozo->vivos;
+        bloque = siguiente;
+    }
+}
+
+// As the owner (or, for a parked heap, under the heaps' lock): the chunks that other threads
+// freed blocks of, their blocks taken back.
+void i_atiende_avisos(i_monton *monton) {
+    i_trozo *trozo = monton->avisos.exchange(nullptr, std::memory_order_seq_cst);
+    while (trozo) {
+        i_trozo *siguiente = trozo->siguiente_aviso;
+        i_recoge_remotos(trozo, true);
+        i_cambia_trozo(monton, trozo);
+        trozo = siguiente;
+    }
+}
+
+void *i_saca_bloque(i_monton *monton, i_trozo *trozo) {
+    const size_t tam_clase = i_tam_clase(trozo->clase);
+    void *bloque;
+    if (i_bloque *libre = trozo->libres) {
+        trozo->libres = libre->siguiente;
+        bloque = libre;
+    } else {
+        bloque = trozo->sin_usar;
+        trozo->sin_usar += tam_clase;
+    }
+    ++trozo->vivos;
+    i_cuenta(monton, static_cast<int64_t>(tam_clase));
+    return bloque;
+}
+
+bool i_tiene_bloque(const i_trozo *trozo) {
+    return trozo->libres ||
+           static_cast<size_t>(trozo->fin - trozo->sin_usar) >= i_tam_clase(trozo->clase);
+}
+
+// At the end of a thread: its heap keeps only chunks with live blocks, and waits for the next.
+void i_aparca_monton(void *valor) {
+    auto *monton = static_cast<i_monton *>(valor);
+    std::lock_guard<std::mutex> cerrojo(g_cerrojo_montones);
+    monton->aparcado.store(true, std::memory_order_seq_cst);
+    i_atiende_avisos(monton);
+    for (size_t clase = 0; clase < i_NUM_CLASES; ++clase) {
+        i_trozo *trozo = monton->actual[clase];
+        if (!trozo)
+            continue;
+        monton->actual[clase] = nullptr;
+        i_recoge_remotos(trozo, false);
+        trozo->estado = i_tiene_bloque(trozo) ? i_TROZO_DISPONIBLE : i_TROZO_LLENO;
+        i_enlaza(monton, trozo);
+        i_cambia_trozo(monton, trozo);
+    }
+    i_vuelca_cuenta(monton, monton->pendiente.load(std::memory_order_relaxed));
+    monton->siguiente_aparcado = g_aparcados;
+    g_aparcados = monton;
+}
+
+// Whatever a parked heap was sent is looked at by the thread that sent it.
+void i_atiende_aparcado(i_monton *monton) {
+    std::lock_guard<std::mutex> cerrojo(g_cerrojo_montones);
+    if (monton->aparcado.load(std::memory_order_seq_cst))
+        i_atiende_avisos(monton);
+}
+
+// The exact bytes in use over the process, under the heaps' lock.
+int64_t i_en_uso_exacto() {
+    int64_t total = g_en_uso.load(std::memory_order_relaxed);
+    for (i_monton *m = g_registrados; m; m = m->siguiente_registrado)
+        total += m->pendiente.load(std::memory_order_relaxed);
+    return total;
+}
+
+} // namespace
+
+i_monton *i_monton_para_hilo_nuevo() {
+    i_hilo_prepara(i_aparca_monton);
+    i_monton *monton;
+    {
+        std::lock_guard<std::mutex> cerrojo(g_cerrojo_montones);
+        monton = g_aparcados;
+        if (monton) {
+            g_aparcados = monton->siguiente_aparcado;
+            monton->aparcado.store(false, std::memory_order_seq_cst);
+        } else {
+            void *memoria = std::calloc(1, sizeof(i_monton));
+            if (!memoria)
+                i_sin_memoria(sizeof(i_monton));
+            monton = new (memoria) i_monton{};
+            monton->siguiente_registrado = g_registrados;
+            g_registrados = monton;
+        }
+    }
+    i_hilo_fija(monton);
+    return monton;
+}
+
+void *i_toma_lento(i_monton *monton, size_t clase) {
+    if (i_trozo *actual = monton->actual[clase]) {
+        i_recoge_remotos(actual, false);
+        if (actual->libres)
+            return i_saca_bloque(monton, actual);
+        actual->estado = i_TROZO_LLENO;
+        i_enlaza(monton, actual);
+        monton->actual[clase] = nullptr;
+    }
+    i_atiende_avisos(monton);
+    i_trozo *trozo = monton->disponibles[clase];
+    if (trozo) {
+        i_desenlaza(monton, trozo);
+    } else {
+        char *memoria;
+        {
+            std::lock_guard<std::mutex> cerrojo(g_almacen.cerrojo);
+            memoria = i_trozo_nuevo_bloqueado();
+        }
+        if (!memoria)
+            return nullptr;
+        trozo = reinterpret_cast<i_trozo *>(memoria);
+        trozo->libres = nullptr;
+        trozo->sin_usar = memoria + i_CABECERA_TROZO;
+        trozo->fin = memoria + i_TAM_TROZO;
+        trozo->vivos = 0;
+        trozo->clase = static_cast<uint16_t>(clase);
+        trozo->remotos.store(0, std::memory_order_relaxed);
+        trozo->siguiente_aviso = nullptr;
+        trozo->monton.store(monton, std::memory_order_relaxed);
+    }
+    trozo->estado = i_TROZO_ACTUAL;
+    monton->actual[clase] = trozo;
+    return i_saca_bloque(monton, trozo);
+}
+
+// A chunk after its count of live blocks fell or blocks came back to it: an empty one goes to
+// the store, unless a thread that freed a block of it may still be putting it on the owner's
+// list, or is carved again if it is the current one of its class; a full one that has free
+// blocks again becomes available. (No remote free is pending in a chunk without live blocks.)
+void i_cambia_trozo(i_monton *monton, i_trozo *trozo) {
+    if (trozo->estado == i_TROZO_ACTUAL) {
+        // Emptied, the current chunk is carved again from its start: blocks handed out in order
+        // of address, without reading the cold links of the blocks freed in it.
+        if (trozo->vivos == 0) {
+            trozo->libres = nullptr;
+            trozo->sin_usar = reinterpret_cast<char *>(trozo) + i_CABECERA_TROZO;
+        }
+        return;
+    }
+    if (trozo->vivos == 0 && trozo->remotos.load(std::memory_order_acquire) == 0) {
+        i_desenlaza(monton, trozo);
+        i_suelta_trozo(trozo);
+        return;
+    }
+    if (trozo->estado == i_TROZO_LLENO && trozo->libres) {
+        i_desenlaza(monton, trozo);
+        trozo->estado = i_TROZO_DISPONIBLE;
+        i_enlaza(monton, trozo);
+    }
+}
+
+// The block goes onto the chunk's list of remote frees; the thread that marks the chunk puts it
+// on its owner's list, and looks at the owner itself when the owner's thread has ended.
+void i_devuelve_remoto(i_monton *, i_trozo *trozo, i_bloque *bloque) {
+    uintptr_t palabra = trozo->remotos.load(std::memory_order_relaxed);
+    do {
+        bloque->siguiente = reinterpret_cast<i_bloque *>(palabra & ~i_AVISADO);
+    } while (!trozo->remotos.compare_exchange_weak(
+        palabra, reinterpret_cast<uintptr_t>(bloque) | i_AVISADO, std::memory_order_acq_rel,
+        std::memory_order_relaxed));
+    if (palabra & i_AVISADO)
+        return;
+    i_monton *dueno = trozo->monton.load(std::memory_order_relaxed);
+    i_trozo *cabeza = dueno->avisos.load(std::memory_order_relaxed);
+    do {
+        trozo->siguiente_aviso = cabeza;
+    } while (!dueno->avisos.compare_exchange_weak(cabeza, trozo, std::memory_order_seq_cst,
+                                                  std::memory_order_relaxed));
+    if (dueno->aparcado.load(std::memory_order_seq_cst))
+        i_atiende_aparcado(dueno);
+}
+
+void i_vuelca_cuenta(i_monton *monton, int64_t pendiente) {
+    monton->pendiente.store(0, std::memory_order_relaxed);
+    i_sube_pico(g_en_uso.fetch_add(pendiente, std::memory_order_relaxed) + pendiente);
 }
 
 void marlspy_nousar_uso_bloques_pequenos(size_t *en_uso, size_t *pico) {
+    marlspy_estado_bloques_pequenos_t estado;
+    marlspy_nousar_estado_bloques_pequenos(&estado);
     if (en_uso)
-        *en_uso = static_cast<size_t>(std::max<std::ptrdiff_t>(t_pool.en_uso, 0));
+        *en_uso = estado.en_uso;
     if (pico)
-        *pico = static_cast<size_t>(std::max<std::ptrdiff_t>(t_pool.pico, 0));
+        *pico = estado.pico;
 }
 
 void marlspy_nousar_reinicia_pico_bloques_pequenos(void) {
-    t_pool.pico = t_pool.en_uso;
+    std::lock_guard<std::mutex> cerrojo(g_cerrojo_montones);
+    g_pico.store(i_en_uso_exacto(), std::memory_order_relaxed);
+}
+
+void marlspy_nousar_estado_bloques_pequenos(marlspy_estado_bloques_pequenos_t *estado) {
+    if (!estado)
+        return;
+    int64_t en_uso;
+    {
+        std::lock_guard<std::mutex> cerrojo(g_cerrojo_montones);
+        en_uso = i_en_uso_exacto();
+        i_sube_pico(en_uso);
+    }
+    estado->en_uso = static_cast<size_t>(std::max<int64_t>(en_uso, 0));
+    estado->pico = static_cast<size_t>(std::max<int64_t>(g_pico.load(), 0));
+    std::lock_guard<std::mutex> cerrojo(g_almacen.cerrojo);
+    estado->en_cache = g_almacen.num_cache * i_TAM_TROZO;
+    estado->retenido = g_almacen.retenido;
+    estado->devuelto = g_almacen.devuelto;
 }

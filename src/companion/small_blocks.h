@@ -1,117 +1,206 @@
-// tqbase memory component: the pool of small blocks. Blocks of up to 256 bytes (nodes, members,
-// array records of up to some thirty elements, texts of a line) come from chunks of one size class
-// each, carved from one reserved address range, and go back to a per-thread free list: taking and
-// giving back a block is a few instructions, whatever the pattern of use. Whether a block is the
-// pool's is told by its address alone, so a block of either origin can be freed or resized.
+// tqbase memory component: the pool of small blocks. Blocks of up to 4 KiB (nodes, members,
+// arrays of up to some five hundred elements, texts of a paragraph) come from chunks of 64 KiB,
+// each of one size class and owned by one thread's heap, and are linked through themselves when
+// free: taking and giving back a block on the owning thread is a few instructions.
+//
+// A block freed on another thread goes onto its chunk's list of remote frees, and the chunk onto
+// its owner's list of chunks to look at: the owner takes those blocks back the next time it runs
+// short, so memory never follows the thread that frees it. The heap of a thread that ends is
+// parked with its chunks and taken over by the next thread that needs one. A chunk that holds no
+// live block goes back to a small cache, and beyond it its memory goes back to the system.
+//
+// Whether a block is the pool's is told by its address, in a map of the chunks handed out, so a
+// block of either origin can be freed or resized from any thread.
 #pragma once
 
+#include <array>
 #include <atomic>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 
-// The largest block the pool serves, and the step between its sizes: 8 bytes, the alignment
-// every record of the code base needs, so that a record wastes at most 7 bytes.
-inline constexpr size_t i_MAX_BLOQUE_PEQUENO = 256;
+#include "thread_slot.h"
+
+// The sizes the pool serves: every multiple of 8 bytes up to 256 (8 is the alignment every record
+// of the code base needs, so a record wastes at most 7 bytes), then four sizes between powers of
+// two up to 4 KiB (a block wastes at most a fifth), so that the system allocator sees only the
+// rare large arrays and texts, whose memory it can give back.
+inline constexpr size_t i_MAX_BLOQUE_FINO = 256;
 inline constexpr size_t i_PASO_BLOQUE_PEQUENO = 8;
+inline constexpr size_t i_MAX_BLOQUE_PEQUENO = 4096;
+inline constexpr size_t i_NUM_CLASES_FINAS = i_MAX_BLOQUE_FINO / i_PASO_BLOQUE_PEQUENO;
+inline constexpr size_t i_NUM_CLASES = i_NUM_CLASES_FINAS + 4 * 4;
 
-inline constexpr size_t i_NUM_CLASES = i_MAX_BLOQUE_PEQUENO / i_PASO_BLOQUE_PEQUENO;
-inline constexpr size_t i_BITS_TROZO = 16; // chunks of 64 KiB
-inline constexpr size_t i_TAM_TROZO = size_t{1} << i_BITS_TROZO;
-// Address space reserved once; pages are committed by the system as they are first touched.
-inline constexpr size_t i_TAM_REGION = size_t{1} << 36;
-inline constexpr size_t i_NUM_TROZOS = i_TAM_REGION / i_TAM_TROZO;
-
-// The reserved range, null until the library is loaded or where the reservation failed: then
-// every block comes from the system.
-extern char *const g_base_region;
-// The size class of each chunk handed out, plus one (0: not yet handed out).
-extern std::atomic<uint8_t> g_clase_trozo[i_NUM_TROZOS];
-
-// Each thread carves its own chunks and keeps its own free blocks; a block freed by another
-// thread simply joins that thread's. Free blocks are kept on a stack of addresses, not linked
-// through themselves, so that neither freeing nor reusing a block has to read its cold memory.
-struct i_libres {
-    void **bloques = nullptr;
-    size_t num = 0;
-    size_t capacidad = 0;
-};
-
-struct i_pool_hilo {
-    i_libres libres[i_NUM_CLASES];
-    char *libre_trozo[i_NUM_CLASES] = {};
-    char *fin_trozo[i_NUM_CLASES] = {};
-    // Net of what this thread took and gave back: a thread that frees others' blocks can go
-    // below zero.
-    std::ptrdiff_t en_uso = 0;
-    std::ptrdiff_t pico = 0;
-};
-// Initial-exec and constant-initialised: the pool is reached on every allocation, without a
-// call to find it or to initialise it.
-#if defined(__GNUC__)
-#define i_TLS_DIRECTO __attribute__((tls_model("initial-exec")))
-#else
-#define i_TLS_DIRECTO
-#endif
-extern constinit thread_local i_pool_hilo t_pool i_TLS_DIRECTO;
-
-inline size_t i_tam_clase(size_t clase) {
-    return (clase + 1) * i_PASO_BLOQUE_PEQUENO;
-}
-
-inline void i_cuenta(std::ptrdiff_t bytes) {
-    t_pool.en_uso += bytes;
-    if (t_pool.en_uso > t_pool.pico)
-        t_pool.pico = t_pool.en_uso;
-}
-
-// The rare ways of taking and giving back, out of line: a new chunk, a longer free stack.
-void *i_toma_de_trozo_nuevo(size_t clase);
-void i_devuelve_con_pila_mayor(void *bloque, size_t clase);
-
-// A block of `tam` bytes (1 to i_MAX_BLOQUE_PEQUENO), or null when the pool cannot serve.
-// Inline, with the free list and the chunk being carved, because every record of every tree
-// is taken and given back here.
-inline void *i_toma_bloque_pequeno(size_t tam) {
-    if (!g_base_region)
-        return nullptr;
-    const size_t clase = tam == 0 ? 0 : (tam - 1) / i_PASO_BLOQUE_PEQUENO;
-    const size_t tam_clase = i_tam_clase(clase);
-    i_libres &libres = t_pool.libres[clase];
-    if (libres.num > 0) {
-        i_cuenta(static_cast<std::ptrdiff_t>(tam_clase));
-        return libres.bloques[--libres.num];
+inline constexpr std::array<uint16_t, i_NUM_CLASES> i_TAM_CLASES = [] {
+    std::array<uint16_t, i_NUM_CLASES> tams{};
+    for (size_t clase = 0; clase < i_NUM_CLASES; ++clase) {
+        const size_t gruesa = clase - i_NUM_CLASES_FINAS;
+        tams[clase] = static_cast<uint16_t>(clase < i_NUM_CLASES_FINAS
+                                                ? (clase + 1) * i_PASO_BLOQUE_PEQUENO
+                                                : (5 + gruesa % 4) << (gruesa / 4 + 6));
     }
-    // A chunk need not hold a whole number of blocks (24 does not divide 64 KiB).
-    if (static_cast<size_t>(t_pool.fin_trozo[clase] - t_pool.libre_trozo[clase]) < tam_clase)
-        return i_toma_de_trozo_nuevo(clase);
-    void *bloque = t_pool.libre_trozo[clase];
-    t_pool.libre_trozo[clase] += tam_clase;
-    i_cuenta(static_cast<std::ptrdiff_t>(tam_clase));
-    return bloque;
+    return tams;
+}();
+
+// The class of a block of `tam` bytes (1 to i_MAX_BLOQUE_PEQUENO; 0 counts as 1).
+inline size_t i_clase_de(size_t tam) {
+    if (tam <= i_MAX_BLOQUE_FINO)
+        return tam == 0 ? 0 : (tam - 1) / i_PASO_BLOQUE_PEQUENO;
+    const unsigned potencia = static_cast<unsigned>(std::bit_width(tam - 1)) - 1; // 8 to 11
+    return i_NUM_CLASES_FINAS + (potencia - 8) * 4 + (((tam - 1) >> (potencia - 2)) & 3);
+}
+inline constexpr size_t i_BITS_TROZO = 16; // chunks of 64 KiB, aligned to their size
+inline constexpr size_t i_TAM_TROZO = size_t{1} << i_BITS_TROZO;
+// The chunk's record comes first; its blocks follow.
+inline constexpr size_t i_CABECERA_TROZO = 128;
+
+struct i_bloque {
+    i_bloque *siguiente;
+};
+
+struct i_monton;
+
+// Where a chunk stands in its heap.
+enum i_estado_trozo : uint8_t {
+    i_TROZO_ACTUAL,     // the one its class takes blocks from
+    i_TROZO_DISPONIBLE, // has free blocks, in the heap's list of its class
+    i_TROZO_LLENO,      // had none when last looked at, in the heap's list of full chunks
+};
+
+// The word of remote frees: the head of the list, with the low bit set while the chunk is on its
+// owner's list of chunks to look at (or the thread that set the bit is about to put it there).
+inline constexpr uintptr_t i_AVISADO = 1;
+
+struct i_trozo {
+    std::atomic<i_monton *> monton; // the owner; heaps are never freed
+    i_bloque *libres;               // the owner's free blocks
+    char *sin_usar;                 // blocks not yet handed out run from here to `fin`
+    char *fin;
+    uint32_t vivos; // blocks out, as the owner knows it: remote frees count once taken back
+    uint16_t clase;
+    i_estado_trozo estado;
+    std::atomic<uintptr_t> remotos;
+    i_trozo *siguiente, *anterior; // in the heap's list of its state and class
+    i_trozo *siguiente_aviso;      // in the owner's list of chunks to look at
+};
+static_assert(sizeof(i_trozo) <= i_CABECERA_TROZO);
+
+struct i_monton {
+    i_trozo *actual[i_NUM_CLASES];
+    i_trozo *disponibles[i_NUM_CLASES];
+    i_trozo *llenos[i_NUM_CLASES];
+    std::atomic<i_trozo *> avisos; // chunks that other threads freed blocks of
+    // Bytes taken less bytes given back on this heap's thread, not yet added to the process's
+    // count; written by the owner only.
+    std::atomic<int64_t> pendiente;
+    std::atomic<bool> aparcado;
+    i_monton *siguiente_aparcado;
+    i_monton *siguiente_registrado;
+};
+
+// Most blocks are of the fine sizes, whose size is their class's multiple of 8.
+inline size_t i_tam_clase(size_t clase) {
+    return clase < i_NUM_CLASES_FINAS ? (clase + 1) * i_PASO_BLOQUE_PEQUENO : i_TAM_CLASES[clase];
 }
 
-// True when `bloque` is the pool's: the range test as one subtraction and one comparison.
+inline i_trozo *i_trozo_de(const void *bloque) {
+    return reinterpret_cast<i_trozo *>(reinterpret_cast<uintptr_t>(bloque) &
+                                       ~(uintptr_t{i_TAM_TROZO} - 1));
+}
+
+// The map of chunks handed out: one bit a chunk, in leaves of 4 GiB of addresses made as chunks
+// appear there. A leaf, once made, stays.
+inline constexpr unsigned i_BITS_HOJA = 32;
+inline constexpr size_t i_NUM_HOJAS = size_t{1} << (48 - i_BITS_HOJA);
+extern std::atomic<std::atomic<uint64_t> *> g_mapa_trozos[i_NUM_HOJAS];
+
+// True when `bloque` lies in a chunk of the pool.
 inline bool i_es_bloque_pequeno(const void *bloque) {
-    const auto desde_base =
-        reinterpret_cast<uintptr_t>(bloque) - reinterpret_cast<uintptr_t>(g_base_region);
-    return g_base_region && desde_base < i_TAM_REGION;
+    const uintptr_t direccion = reinterpret_cast<uintptr_t>(bloque);
+    const uintptr_t indice_hoja = direccion >> i_BITS_HOJA;
+    if (indice_hoja >= i_NUM_HOJAS)
+        return false;
+    const std::atomic<uint64_t> *hoja = g_mapa_trozos[indice_hoja].load(std::memory_order_acquire);
+    if (!hoja)
+        return false;
+    const uintptr_t trozo = (direccion & ((uintptr_t{1} << i_BITS_HOJA) - 1)) >> i_BITS_TROZO;
+    return (hoja[trozo / 64].load(std::memory_order_relaxed) >> (trozo % 64)) & 1;
 }
 
 // The usable size of a pool block.
 inline size_t i_tam_bloque_pequeno(const void *bloque) {
-    const size_t indice =
-        static_cast<size_t>(static_cast<const char *>(bloque) - g_base_region) >> i_BITS_TROZO;
-    return i_tam_clase(g_clase_trozo[indice].load(std::memory_order_acquire) - 1u);
+    return i_tam_clase(i_trozo_de(bloque)->clase);
 }
 
-// Gives a pool block back.
-inline void i_devuelve_bloque_pequeno(void *bloque) {
-    const size_t clase = i_tam_bloque_pequeno(bloque) / i_PASO_BLOQUE_PEQUENO - 1;
-    i_libres &libres = t_pool.libres[clase];
-    if (libres.num == libres.capacidad) {
-        i_devuelve_con_pila_mayor(bloque, clase);
+// The rare ways, out of line.
+i_monton *i_monton_para_hilo_nuevo();
+void *i_toma_lento(i_monton *monton, size_t clase);
+void i_cambia_trozo(i_monton *monton, i_trozo *trozo);
+void i_devuelve_remoto(i_monton *monton, i_trozo *trozo, i_bloque *bloque);
+void i_vuelca_cuenta(i_monton *monton, int64_t pendiente);
+
+// The process's count moves in steps of at most this many bytes a thread, so that no allocation
+// writes memory that other threads write.
+inline constexpr int64_t i_LOTE_CUENTA = 16 * 1024;
+
+inline i_monton *i_monton_del_hilo() {
+    if (void *monton = i_hilo_lee()) [[likely]]
+        return static_cast<i_monton *>(monton);
+    return i_monton_para_hilo_nuevo();
+}
+
+inline void i_cuenta(i_monton *monton, int64_t bytes) {
+    const int64_t pendiente = monton->pendiente.load(std::memory_order_relaxed) + bytes;
+    if (static_cast<uint64_t>(pendiente + i_LOTE_CUENTA) > uint64_t{2 * i_LOTE_CUENTA})
+        i_vuelca_cuenta(monton, pendiente);
+    else
+        monton->pendiente.store(pendiente, std::memory_order_relaxed);
+}
+
+// A block of `tam` bytes (1 to i_MAX_BLOQUE_PEQUENO), or null when the pool cannot serve.
+// Inline, with the free list and the chunk being carved, because every record of every tree
+// is taken and given back here.
+[[gnu::always_inline]] inline void *i_toma_bloque_pequeno(size_t tam) {
+#if defined(TQ_SIN_BLOQUES_PEQUENOS)
+    (void)tam;
+    return nullptr;
+#else
+    const size_t clase = i_clase_de(tam);
+    const size_t tam_clase = i_tam_clase(clase);
+    i_monton *monton = i_monton_del_hilo();
+    if (i_trozo *trozo = monton->actual[clase]) [[likely]] {
+        if (i_bloque *bloque = trozo->libres) {
+            trozo->libres = bloque->siguiente;
+            ++trozo->vivos;
+            i_cuenta(monton, static_cast<int64_t>(tam_clase));
+            return bloque;
+        }
+        // A chunk need not hold a whole number of blocks (24 does not divide 64 KiB).
+        if (static_cast<size_t>(trozo->fin - trozo->sin_usar) >= tam_clase) {
+            void *bloque = trozo->sin_usar;
+            trozo->sin_usar += tam_clase;
+            ++trozo->vivos;
+            i_cuenta(monton, static_cast<int64_t>(tam_clase));
+            return bloque;
+        }
+    }
+    return i_toma_lento(monton, clase);
+#endif
+}
+
+// Gives a pool block back, from any thread.
+[[gnu::always_inline]] inline void i_devuelve_bloque_pequeno(void *bloque) {
+    i_trozo *trozo = i_trozo_de(bloque);
+    i_monton *monton = i_monton_del_hilo();
+    i_cuenta(monton, -static_cast<int64_t>(i_tam_clase(trozo->clase)));
+    auto *libre = static_cast<i_bloque *>(bloque);
+    // Only this thread makes its own heap a chunk's owner, so a stale view cannot match.
+    if (trozo->monton.load(std::memory_order_relaxed) != monton) {
+        i_devuelve_remoto(monton, trozo, libre);
         return;
     }
-    libres.bloques[libres.num++] = bloque;
-    i_cuenta(-static_cast<std::ptrdiff_t>(i_tam_clase(clase)));
+    libre->siguiente = trozo->libres;
+    trozo->libres = libre;
+    if (--trozo->vivos == 0 || trozo->estado == i_TROZO_LLENO) [[unlikely]]
+        i_cambia_trozo(monton, trozo);
 }

@@ -70,7 +70,7 @@ TEST(Memory, SmallAndLargeBlocksKeepTheirContentThroughResizes) {
     marlspy_nousar_uso_bloques_pequenos(nullptr, &pico);
     for (size_t i = 1; i < bloques.size(); i += 2)
         marlspy_nousar_free_pp(&bloques[i], 1);
-    std::thread otro([&] { // a block freed by another thread joins that thread's pool
+    std::thread otro([&] { // blocks freed by another thread go back to their chunks
         for (size_t i = 0; i < bloques.size(); i += 2)
             marlspy_nousar_free_pp(&bloques[i], 1);
         void *reusado = marlspy_nousar_malloc(16);

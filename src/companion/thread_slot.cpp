@@ -1,0 +1,71 @@
+#include "thread_slot.h"
+
+#include <mutex>
+
+#if !defined(_WIN32)
+#include <pthread.h>
+#endif
+
+namespace {
+std::once_flag g_preparado;
+i_fin_de_hilo_t g_al_terminar = nullptr;
+} // namespace
+
+#if defined(_WIN32)
+
+DWORD g_hilo_indice = TLS_OUT_OF_INDEXES;
+
+namespace {
+
+DWORD g_fibra_indice = FLS_OUT_OF_INDEXES;
+
+void WINAPI i_al_terminar_fibra(void *valor) {
+    TlsSetValue(g_hilo_indice, nullptr);
+    if (valor && g_al_terminar)
+        g_al_terminar(valor);
+}
+
+} // namespace
+
+void i_hilo_prepara(i_fin_de_hilo_t al_terminar) {
+    std::call_once(g_preparado, [&] {
+        g_al_terminar = al_terminar;
+        g_fibra_indice = FlsAlloc(i_al_terminar_fibra);
+        g_hilo_indice = TlsAlloc();
+    });
+}
+
+void i_hilo_fija(void *valor) {
+    TlsSetValue(g_hilo_indice, valor);
+    FlsSetValue(g_fibra_indice, valor);
+}
+
+#else
+
+thread_local void *t_hilo_valor __attribute__((tls_model("initial-exec"))) = nullptr;
+
+namespace {
+
+pthread_key_t g_clave;
+
+void i_al_terminar_hilo(void *valor) {
+    t_hilo_valor = nullptr;
+    if (valor && g_al_terminar)
+        g_al_terminar(valor);
+}
+
+} // namespace
+
+void i_hilo_prepara(i_fin_de_hilo_t al_terminar) {
+    std::call_once(g_preparado, [&] {
+        g_al_terminar = al_terminar;
+        pthread_key_create(&g_clave, i_al_terminar_hilo);
+    });
+}
+
+void i_hilo_fija(void *valor) {
+    t_hilo_valor = valor;
+    pthread_setspecific(g_clave, valor);
+}
+
+#endif
