@@ -38,11 +38,23 @@ struct i_almacen_trozos {
     size_t retenido = 0; // bytes of chunks backed by memory: with live blocks or cached
     size_t devuelto = 0; // bytes given back, in all
 };
-i_almacen_trozos g_almacen;
+// Built on first use and never destroyed: threads may take and give back blocks, and the heaps
+// of ending threads be parked, while the process runs its exit-time destructors.
+template <class T> T &i_perenne() {
+    alignas(T) static unsigned char memoria[sizeof(T)];
+    static T *objeto = new (memoria) T();
+    return *objeto;
+}
+
+i_almacen_trozos &i_almacen() {
+    return i_perenne<i_almacen_trozos>();
+}
 
 // Heaps: every heap made is registered (for the exact count of bytes in use), and those of ended
 // threads wait parked for the next thread.
-std::mutex g_cerrojo_montones;
+std::mutex &i_cerrojo_montones() {
+    return i_perenne<std::mutex>();
+}
 i_monton *g_registrados = nullptr;
 i_monton *g_aparcados = nullptr;
 
@@ -74,7 +86,7 @@ void i_marca_en_mapa(const char *trozo) {
 
 // Under the store's lock: an empty chunk backed by memory, or null when the system has none.
 char *i_trozo_nuevo_bloqueado() {
-    i_almacen_trozos &a = g_almacen;
+    i_almacen_trozos &a = i_almacen();
     if (i_trozo *cacheado = a.cache) {
         a.cache = cacheado->siguiente;
         --a.num_cache;
@@ -105,7 +117,7 @@ char *i_trozo_nuevo_bloqueado() {
 }
 
 void i_suelta_trozo(i_trozo *trozo) {
-    i_almacen_trozos &a = g_almacen;
+    i_almacen_trozos &a = i_almacen();
     std::lock_guard<std::mutex> cerrojo(a.cerrojo);
     if (a.num_cache < i_MAX_TROZOS_EN_CACHE) {
         trozo->siguiente = a.cache;
@@ -213,7 +225,7 @@ bool i_tiene_bloque(const i_trozo *trozo) {
 // At the end of a thread: its heap keeps only chunks with live blocks, and waits for the next.
 void i_aparca_monton(void *valor) {
     auto *monton = static_cast<i_monton *>(valor);
-    std::lock_guard<std::mutex> cerrojo(g_cerrojo_montones);
+    std::lock_guard<std::mutex> cerrojo(i_cerrojo_montones());
     monton->aparcado.store(true, std::memory_order_seq_cst);
     i_atiende_avisos(monton);
     for (size_t clase = 0; clase < i_NUM_CLASES; ++clase) {
@@ -233,7 +245,7 @@ void i_aparca_monton(void *valor) {
 
 // Whatever a parked heap was sent is looked at by the thread that sent it.
 void i_atiende_aparcado(i_monton *monton) {
-    std::lock_guard<std::mutex> cerrojo(g_cerrojo_montones);
+    std::lock_guard<std::mutex> cerrojo(i_cerrojo_montones());
     if (monton->aparcado.load(std::memory_order_seq_cst))
         i_atiende_avisos(monton);
 }
@@ -252,7 +264,7 @@ i_monton *i_monton_para_hilo_nuevo() {
     i_hilo_prepara(i_aparca_monton);
     i_monton *monton;
     {
-        std::lock_guard<std::mutex> cerrojo(g_cerrojo_montones);
+        std::lock_guard<std::mutex> cerrojo(i_cerrojo_montones());
         monton = g_aparcados;
         if (monton) {
             g_aparcados = monton->siguiente_aparcado;
@@ -286,7 +298,7 @@ void *i_toma_lento(i_monton *monton, size_t clase) {
     } else {
         char *memoria;
         {
-            std::lock_guard<std::mutex> cerrojo(g_almacen.cerrojo);
+            std::lock_guard<std::mutex> cerrojo(i_almacen().cerrojo);
             memoria = i_trozo_nuevo_bloqueado();
         }
         if (!memoria)
@@ -368,7 +380,7 @@ void marlspy_nousar_uso_bloques_pequenos(size_t *en_uso, size_t *pico) {
 }
 
 void marlspy_nousar_reinicia_pico_bloques_pequenos(void) {
-    std::lock_guard<std::mutex> cerrojo(g_cerrojo_montones);
+    std::lock_guard<std::mutex> cerrojo(i_cerrojo_montones());
     g_pico.store(i_en_uso_exacto(), std::memory_order_relaxed);
 }
 
@@ -377,14 +389,15 @@ void marlspy_nousar_estado_bloques_pequenos(marlspy_estado_bloques_pequenos_t *e
         return;
     int64_t en_uso;
     {
-        std::lock_guard<std::mutex> cerrojo(g_cerrojo_montones);
+        std::lock_guard<std::mutex> cerrojo(i_cerrojo_montones());
         en_uso = i_en_uso_exacto();
         i_sube_pico(en_uso);
     }
     estado->en_uso = static_cast<size_t>(std::max<int64_t>(en_uso, 0));
     estado->pico = static_cast<size_t>(std::max<int64_t>(g_pico.load(), 0));
-    std::lock_guard<std::mutex> cerrojo(g_almacen.cerrojo);
-    estado->en_cache = g_almacen.num_cache * i_TAM_TROZO;
-    estado->retenido = g_almacen.retenido;
-    estado->devuelto = g_almacen.devuelto;
+    std::lock_guard<std::mutex> cerrojo(i_almacen().cerrojo);
+    const i_almacen_trozos &a = i_almacen();
+    estado->en_cache = a.num_cache * i_TAM_TROZO;
+    estado->retenido = a.retenido;
+    estado->devuelto = a.devuelto;
 }

@@ -1,5 +1,6 @@
 #include "thread_slot.h"
 
+#include <atomic>
 #include <mutex>
 
 #if !defined(_WIN32)
@@ -9,6 +10,10 @@
 namespace {
 std::once_flag g_preparado;
 i_fin_de_hilo_t g_al_terminar = nullptr;
+// Set when the library is unloaded or the process ends: from then on an ending thread calls
+// nothing (at process exit other threads may have been stopped holding the component's locks).
+std::atomic<bool> g_cerrado{false};
+std::atomic<bool> g_armado{false};
 } // namespace
 
 #if defined(_WIN32)
@@ -21,9 +26,18 @@ DWORD g_fibra_indice = FLS_OUT_OF_INDEXES;
 
 void WINAPI i_al_terminar_fibra(void *valor) {
     TlsSetValue(g_hilo_indice, nullptr);
-    if (valor && g_al_terminar)
+    if (valor && g_al_terminar && !g_cerrado.load())
         g_al_terminar(valor);
 }
+
+// The callback goes with the library: a thread that ends after it is unloaded calls nothing.
+struct i_cierre {
+    ~i_cierre() {
+        g_cerrado.store(true);
+        if (g_armado.load())
+            FlsFree(g_fibra_indice);
+    }
+} g_cierre;
 
 } // namespace
 
@@ -32,6 +46,7 @@ void i_hilo_prepara(i_fin_de_hilo_t al_terminar) {
         g_al_terminar = al_terminar;
         g_fibra_indice = FlsAlloc(i_al_terminar_fibra);
         g_hilo_indice = TlsAlloc();
+        g_armado.store(g_fibra_indice != FLS_OUT_OF_INDEXES);
     });
 }
 
@@ -50,16 +65,25 @@ pthread_key_t g_clave;
 
 void i_al_terminar_hilo(void *valor) {
     t_hilo_valor = nullptr;
-    if (valor && g_al_terminar)
+    if (valor && g_al_terminar && !g_cerrado.load())
         g_al_terminar(valor);
 }
+
+// The key goes with the library: a thread that ends after it is unloaded calls nothing.
+struct i_cierre {
+    ~i_cierre() {
+        g_cerrado.store(true);
+        if (g_armado.load())
+            pthread_key_delete(g_clave);
+    }
+} g_cierre;
 
 } // namespace
 
 void i_hilo_prepara(i_fin_de_hilo_t al_terminar) {
     std::call_once(g_preparado, [&] {
         g_al_terminar = al_terminar;
-        pthread_key_create(&g_clave, i_al_terminar_hilo);
+        g_armado.store(pthread_key_create(&g_clave, i_al_terminar_hilo) == 0);
     });
 }
 
