@@ -10,12 +10,10 @@
 #include "system_memory.h"
 #include "tqbase/memoria.h"
 
-std::atomic<std::atomic<uint64_t> *> g_mapa_trozos[i_NUM_HOJAS];
+std::atomic<uintptr_t> g_base_region{UINTPTR_MAX - i_TAM_REGION + 1};
 
 namespace {
 
-// Address space is reserved 4 MiB at a time and carved into chunks.
-constexpr size_t i_TAM_SEGMENTO = size_t{4} << 20;
 // Empty chunks kept for reuse (8 MiB), beyond which their memory goes back to the system: enough
 // that reading and destroying documents of a few megabytes in turn reuses the same memory
 // instead of having the system clear it again for every read.
@@ -29,7 +27,8 @@ constexpr size_t i_MAX_TROZOS_EN_CACHE = 128;
 // Chunks: taken from and given back to the system under one lock, 64 KiB at a time.
 struct i_almacen_trozos {
     std::mutex cerrojo;
-    char *segmento = nullptr, *fin_segmento = nullptr;
+    char *siguiente = nullptr, *fin_region = nullptr; // the region not yet carved
+    bool sin_region = false;                          // the system refused it
     i_trozo *cache = nullptr;
     size_t num_cache = 0;
     // Chunks whose memory went back: their address space stays the pool's, for reuse.
@@ -67,23 +66,6 @@ void i_sube_pico(int64_t valor) {
         ;
 }
 
-// Under the store's lock: the leaf of the map that covers `trozo`, made when missing.
-void i_marca_en_mapa(const char *trozo) {
-    const uintptr_t direccion = reinterpret_cast<uintptr_t>(trozo);
-    std::atomic<std::atomic<uint64_t> *> &entrada = g_mapa_trozos[direccion >> i_BITS_HOJA];
-    std::atomic<uint64_t> *hoja = entrada.load(std::memory_order_relaxed);
-    if (!hoja) {
-        constexpr size_t palabras = (size_t{1} << (i_BITS_HOJA - i_BITS_TROZO)) / 64;
-        void *memoria = std::calloc(palabras, sizeof(std::atomic<uint64_t>));
-        if (!memoria)
-            i_sin_memoria(palabras * sizeof(uint64_t));
-        hoja = new (memoria) std::atomic<uint64_t>[palabras];
-        entrada.store(hoja, std::memory_order_release);
-    }
-    const uintptr_t indice = (direccion & ((uintptr_t{1} << i_BITS_HOJA) - 1)) >> i_BITS_TROZO;
-    hoja[indice / 64].fetch_or(uint64_t{1} << (indice % 64), std::memory_order_release);
-}
-
 // Under the store's lock: an empty chunk backed by memory, or null when the system has none.
 char *i_trozo_nuevo_bloqueado() {
     i_almacen_trozos &a = i_almacen();
@@ -100,18 +82,19 @@ char *i_trozo_nuevo_bloqueado() {
         a.retenido += i_TAM_TROZO;
         return trozo;
     }
-    if (a.segmento == a.fin_segmento) {
-        char *segmento = i_sistema_reserva(i_TAM_SEGMENTO, i_TAM_TROZO);
-        if (!segmento)
-            return nullptr;
-        a.segmento = segmento;
-        a.fin_segmento = segmento + i_TAM_SEGMENTO;
+    if (!a.siguiente && !a.sin_region) {
+        char *region = i_sistema_reserva(i_TAM_REGION, i_TAM_TROZO);
+        a.sin_region = !region;
+        if (region) {
+            a.siguiente = region;
+            a.fin_region = region + i_TAM_REGION;
+            g_base_region.store(reinterpret_cast<uintptr_t>(region), std::memory_order_release);
+        }
     }
-    char *trozo = a.segmento;
-    if (!i_sistema_compromete(trozo, i_TAM_TROZO))
+    if (a.siguiente == a.fin_region || !i_sistema_compromete(a.siguiente, i_TAM_TROZO))
         return nullptr;
-    a.segmento += i_TAM_TROZO;
-    i_marca_en_mapa(trozo);
+    char *trozo = a.siguiente;
+    a.siguiente += i_TAM_TROZO;
     a.retenido += i_TAM_TROZO;
     return trozo;
 }

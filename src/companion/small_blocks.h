@@ -9,8 +9,8 @@
 // parked with its chunks and taken over by the next thread that needs one. A chunk that holds no
 // live block goes back to a small cache, and beyond it its memory goes back to the system.
 //
-// Whether a block is the pool's is told by its address, in a map of the chunks handed out, so a
-// block of either origin can be freed or resized from any thread.
+// Whether a block is the pool's is told by its address, so a block of either origin can be freed
+// or resized from any thread.
 #pragma once
 
 #include <array>
@@ -108,23 +108,16 @@ inline i_trozo *i_trozo_de(const void *bloque) {
                                        ~(uintptr_t{i_TAM_TROZO} - 1));
 }
 
-// The map of chunks handed out: one bit a chunk, in leaves of 4 GiB of addresses made as chunks
-// appear there. A leaf, once made, stays.
-inline constexpr unsigned i_BITS_HOJA = 32;
-inline constexpr size_t i_NUM_HOJAS = size_t{1} << (48 - i_BITS_HOJA);
-extern std::atomic<std::atomic<uint64_t> *> g_mapa_trozos[i_NUM_HOJAS];
+// The chunks are carved from one range of address space, reserved at the first chunk (4 GiB,
+// backed by memory only chunk by chunk): a block is the pool's when its address lies there, one
+// subtraction and one comparison. Until then the base lies at the top of the address space,
+// where no block can be. Beyond 4 GiB of chunks, blocks come from the system allocator.
+inline constexpr size_t i_TAM_REGION = size_t{1} << 32;
+extern std::atomic<uintptr_t> g_base_region;
 
-// True when `bloque` lies in a chunk of the pool.
 inline bool i_es_bloque_pequeno(const void *bloque) {
-    const uintptr_t direccion = reinterpret_cast<uintptr_t>(bloque);
-    const uintptr_t indice_hoja = direccion >> i_BITS_HOJA;
-    if (indice_hoja >= i_NUM_HOJAS)
-        return false;
-    const std::atomic<uint64_t> *hoja = g_mapa_trozos[indice_hoja].load(std::memory_order_acquire);
-    if (!hoja)
-        return false;
-    const uintptr_t trozo = (direccion & ((uintptr_t{1} << i_BITS_HOJA) - 1)) >> i_BITS_TROZO;
-    return (hoja[trozo / 64].load(std::memory_order_relaxed) >> (trozo % 64)) & 1;
+    return reinterpret_cast<uintptr_t>(bloque) - g_base_region.load(std::memory_order_acquire) <
+           i_TAM_REGION;
 }
 
 // The usable size of a pool block.

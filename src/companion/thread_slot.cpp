@@ -57,7 +57,7 @@ void i_hilo_fija(void *valor) {
 
 #else
 
-thread_local void *t_hilo_valor __attribute__((tls_model("initial-exec"))) = nullptr;
+constinit thread_local void *t_hilo_valor __attribute__((tls_model("initial-exec"))) = nullptr;
 
 namespace {
 

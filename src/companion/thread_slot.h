@@ -32,7 +32,7 @@ inline void *i_hilo_lee() {
     return g_hilo_indice == TLS_OUT_OF_INDEXES ? nullptr : TlsGetValue(g_hilo_indice);
 }
 #else
-extern thread_local void *t_hilo_valor __attribute__((tls_model("initial-exec")));
+extern constinit thread_local void *t_hilo_valor __attribute__((tls_model("initial-exec")));
 inline void *i_hilo_lee() {
     return t_hilo_valor;
 }
