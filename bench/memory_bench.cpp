@@ -4,15 +4,15 @@
 //   producer and consumer: one thread reads, another destroys, at most two trees alive
 //   a thread per read: each thread reads, destroys and ends
 //   a large document: twitter.json repeated to 100 MB, read from memory and destroyed
-#include <condition_variable>
+#include <algorithm>
 #include <cstdio>
-#include <cstring>
+#include <cstdlib>
 #include <fstream>
-#include <mutex>
 #include <sstream>
 #include <string>
 #include <thread>
 
+#include "support/tree_consumer.h"
 #include "tqjson2.h"
 
 namespace {
@@ -55,41 +55,16 @@ void row(const char *what, double start, double middle, double end, double tree)
 }
 
 void producer_and_consumer(const std::string &text, int reads, double tree) {
-    std::mutex cerrojo;
-    std::condition_variable cambio;
-    tqjson2_nodo_t *entregado = nullptr;
-    bool fin = false;
-    std::thread consumer([&] {
-        for (;;) {
-            std::unique_lock<std::mutex> l(cerrojo);
-            cambio.wait(l, [&] { return entregado || fin; });
-            if (!entregado)
-                return;
-            tqjson2_nodo_t *raiz = entregado;
-            entregado = nullptr;
-            cambio.notify_all();
-            l.unlock();
-            tqjson2_destruye_nodo(&raiz);
-        }
-    });
     const double start = rss_mb(), pool_start = pool_mb();
     double middle = start, pool_middle = pool_start;
-    for (int i = 1; i <= reads; ++i) {
-        tqjson2_nodo_t *raiz = read(text);
-        std::unique_lock<std::mutex> l(cerrojo);
-        cambio.wait(l, [&] { return !entregado; });
-        entregado = raiz;
-        cambio.notify_all();
-        if (i == reads / 2)
-            middle = rss_mb(), pool_middle = pool_mb();
-    }
     {
-        std::unique_lock<std::mutex> l(cerrojo);
-        cambio.wait(l, [&] { return !entregado; });
-        fin = true;
-        cambio.notify_all();
+        TreeConsumer consumer;
+        for (int i = 1; i <= reads; ++i) {
+            consumer.hand_over(read(text));
+            if (i == reads / 2)
+                middle = rss_mb(), pool_middle = pool_mb();
+        }
     }
-    consumer.join();
     const std::string what = "producer and consumer, " + std::to_string(reads) + " reads: RSS";
     row(what.c_str(), start, middle, rss_mb(), tree);
     row("  pool's chunks held", pool_start, pool_middle, pool_mb(), tree);

@@ -8,12 +8,31 @@
 #endif
 
 namespace {
+
 std::once_flag g_preparado;
 i_fin_de_hilo_t g_al_terminar = nullptr;
 // Set when the library is unloaded or the process ends: from then on an ending thread calls
 // nothing (at process exit other threads may have been stopped holding the component's locks).
 std::atomic<bool> g_cerrado{false};
 std::atomic<bool> g_armado{false};
+
+void i_llama_al_terminar(void *valor) {
+    if (valor && g_al_terminar && !g_cerrado.load())
+        g_al_terminar(valor);
+}
+
+// Takes the end-of-thread call away from the system, the platform's way.
+void i_desarma();
+
+// The call goes with the library: a thread that ends after it is unloaded calls nothing.
+struct i_cierre {
+    ~i_cierre() {
+        g_cerrado.store(true);
+        if (g_armado.load())
+            i_desarma();
+    }
+} g_cierre;
+
 } // namespace
 
 #if defined(_WIN32)
@@ -26,18 +45,12 @@ DWORD g_fibra_indice = FLS_OUT_OF_INDEXES;
 
 void WINAPI i_al_terminar_fibra(void *valor) {
     TlsSetValue(g_hilo_indice, nullptr);
-    if (valor && g_al_terminar && !g_cerrado.load())
-        g_al_terminar(valor);
+    i_llama_al_terminar(valor);
 }
 
-// The callback goes with the library: a thread that ends after it is unloaded calls nothing.
-struct i_cierre {
-    ~i_cierre() {
-        g_cerrado.store(true);
-        if (g_armado.load())
-            FlsFree(g_fibra_indice);
-    }
-} g_cierre;
+void i_desarma() {
+    FlsFree(g_fibra_indice);
+}
 
 } // namespace
 
@@ -65,18 +78,12 @@ pthread_key_t g_clave;
 
 void i_al_terminar_hilo(void *valor) {
     t_hilo_valor = nullptr;
-    if (valor && g_al_terminar && !g_cerrado.load())
-        g_al_terminar(valor);
+    i_llama_al_terminar(valor);
 }
 
-// The key goes with the library: a thread that ends after it is unloaded calls nothing.
-struct i_cierre {
-    ~i_cierre() {
-        g_cerrado.store(true);
-        if (g_armado.load())
-            pthread_key_delete(g_clave);
-    }
-} g_cierre;
+void i_desarma() {
+    pthread_key_delete(g_clave);
+}
 
 } // namespace
 

@@ -2,11 +2,10 @@
 // pattern of threads: checked on the memory component's own counters, over the process.
 #include <gtest/gtest.h>
 
-#include <condition_variable>
-#include <mutex>
 #include <string>
 #include <thread>
 
+#include "support/tree_consumer.h"
 #include "tqjson2.h"
 
 namespace {
@@ -65,47 +64,22 @@ TEST(Pool, BlocksFreedOnAnotherThreadAreReusedByTheThreadThatTookThem) {
     const std::string texto = document(2000);
     const size_t arbol = tree_bytes(texto);
     SKIP_WITHOUT_POOL(arbol);
-    std::mutex cerrojo;
-    std::condition_variable cambio;
-    tqjson2_nodo_t *entregado = nullptr;
-    bool fin = false;
-    std::thread consumer([&] {
-        for (;;) {
-            std::unique_lock<std::mutex> l(cerrojo);
-            cambio.wait(l, [&] { return entregado || fin; });
-            if (!entregado)
-                return;
-            tqjson2_nodo_t *raiz = entregado;
-            entregado = nullptr;
-            cambio.notify_all();
-            l.unlock();
-            tqjson2_destruye_nodo(&raiz);
-        }
-    });
-    const auto hand_over = [&](int reads) {
-        for (int i = 0; i < reads; ++i) {
-            tqjson2_nodo_t *raiz = read(texto);
-            std::unique_lock<std::mutex> l(cerrojo);
-            cambio.wait(l, [&] { return !entregado; });
-            entregado = raiz;
-            cambio.notify_all();
-        }
-        std::unique_lock<std::mutex> l(cerrojo);
-        cambio.wait(l, [&] { return !entregado; });
-    };
     const size_t en_uso = state().en_uso;
-    hand_over(20);
-    const size_t inicio = state().retenido;
-    hand_over(100);
-    const size_t mitad = state().retenido;
-    hand_over(100);
-    const size_t final = state().retenido;
+    size_t inicio, mitad, final;
     {
-        std::lock_guard<std::mutex> l(cerrojo);
-        fin = true;
-        cambio.notify_all();
+        TreeConsumer consumer;
+        const auto hand_over = [&](int reads) {
+            for (int i = 0; i < reads; ++i)
+                consumer.hand_over(read(texto));
+            consumer.wait_taken();
+        };
+        hand_over(20);
+        inicio = state().retenido;
+        hand_over(100);
+        mitad = state().retenido;
+        hand_over(100);
+        final = state().retenido;
     }
-    consumer.join();
     EXPECT_LE(final, inicio + 4 * arbol);
     EXPECT_LE(final, mitad + 2 * arbol);
     EXPECT_EQ(state().en_uso, en_uso);
