@@ -1,15 +1,19 @@
 #!/usr/bin/env bash
-# Installs the Debian packages the build, the tests, the fuzz targets and the benchmarks need,
-# and any further packages named as arguments. Does nothing when they are all present, so
-# repeated runs stay offline and fast.
+# Installs the Debian packages the build, the tests, the fuzz targets and the benchmarks need;
+# with --windows also those of the Windows build (mingw-w64 with POSIX threads, wine to run what
+# it builds, and GoogleTest's sources, which it builds for Windows itself: some 1 GB); and any
+# further packages named as arguments. Does nothing when they are all present, so repeated runs
+# stay offline and fast.
 set -euo pipefail
 
-# The Windows build: mingw-w64 (POSIX threads), wine to run what it builds, and GoogleTest's
-# sources, which it builds for Windows itself.
 packages=(g++ cmake ninja-build libgtest-dev libgmock-dev libbenchmark-dev clang-format binutils
-          clang libclang-rt-14-dev pkgconf
-          g++-mingw-w64-x86-64-posix gcc-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64
-          mingw-w64-x86-64-dev wine wine64 googletest "$@")
+          clang libclang-rt-14-dev pkgconf)
+if [ "${1:-}" = --windows ]; then
+    shift
+    packages+=(g++-mingw-w64-x86-64-posix gcc-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64
+               mingw-w64-x86-64-dev wine wine64 googletest)
+fi
+packages+=("$@")
 
 missing=()
 for p in "${packages[@]}"; do

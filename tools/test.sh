@@ -6,7 +6,7 @@
 # (TQ_FUZZ_SECONDS, 30 by default). Fails on the first failure or finding.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-bash tools/install-deps.sh
+bash tools/install-deps.sh --windows
 for preset in default asan tsan windows; do
     echo "=== preset: $preset"
     cmake --workflow --preset "$preset"
