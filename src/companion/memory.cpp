@@ -11,7 +11,7 @@
 
 static const char *const i_MODULO = "tqbase: marlspy";
 
-[[noreturn]] static void i_sin_memoria(size_t tam) {
+[[noreturn]] void i_sin_memoria(size_t tam) {
     std::fprintf(stderr, "tqbase: out of memory allocating %zu bytes\n", tam);
     std::abort();
 }

@@ -2,7 +2,6 @@
 #include "small_blocks.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <mutex>
 #include <new>
@@ -18,11 +17,6 @@ namespace {
 // that reading and destroying documents of a few megabytes in turn reuses the same memory
 // instead of having the system clear it again for every read.
 constexpr size_t i_MAX_TROZOS_EN_CACHE = 128;
-
-[[noreturn]] void i_sin_memoria(size_t tam) {
-    std::fprintf(stderr, "tqbase: out of memory allocating %zu bytes\n", tam);
-    std::abort();
-}
 
 // Chunks: taken from and given back to the system under one lock, 64 KiB at a time.
 struct i_almacen_trozos {
@@ -329,7 +323,7 @@ void i_cambia_trozo(i_monton *monton, i_trozo *trozo) {
 
 // The block goes onto the chunk's list of remote frees; the thread that marks the chunk puts it
 // on its owner's list, and looks at the owner itself when the owner's thread has ended.
-void i_devuelve_remoto(i_monton *, i_trozo *trozo, i_bloque *bloque) {
+void i_devuelve_remoto(i_trozo *trozo, i_bloque *bloque) {
     uintptr_t palabra = trozo->remotos.load(std::memory_order_relaxed);
     do {
         bloque->siguiente = reinterpret_cast<i_bloque *>(palabra & ~i_AVISADO);

@@ -129,7 +129,9 @@ inline size_t i_tam_bloque_pequeno(const void *bloque) {
 i_monton *i_monton_para_hilo_nuevo();
 void *i_toma_lento(i_monton *monton, size_t clase);
 void i_cambia_trozo(i_monton *monton, i_trozo *trozo);
-void i_devuelve_remoto(i_monton *monton, i_trozo *trozo, i_bloque *bloque);
+void i_devuelve_remoto(i_trozo *trozo, i_bloque *bloque);
+// Ends the process with a message: memory is exhausted.
+[[noreturn]] void i_sin_memoria(size_t tam);
 void i_vuelca_cuenta(i_monton *monton, int64_t pendiente);
 
 // The process's count moves in steps of at most this many bytes a thread, so that no allocation
@@ -189,7 +191,7 @@ inline void i_cuenta(i_monton *monton, int64_t bytes) {
     auto *libre = static_cast<i_bloque *>(bloque);
     // Only this thread makes its own heap a chunk's owner, so a stale view cannot match.
     if (trozo->monton.load(std::memory_order_relaxed) != monton) {
-        i_devuelve_remoto(monton, trozo, libre);
+        i_devuelve_remoto(trozo, libre);
         return;
     }
     libre->siguiente = trozo->libres;

@@ -47,7 +47,7 @@ trapable_marco *i_marco_que_captura() {
 }
 
 // Makes `marco` the innermost frame again, the frames inside it abandoned, and records what it
-// caught; the jump itself is the platform's.
+// caught.
 void i_prepara_salto(trapable_marco *marco, const trapable_excepcion_t &excepcion) {
     while (t_marco_interior != marco) {
         trapable_marco *abandonado = t_marco_interior;
@@ -59,18 +59,18 @@ void i_prepara_salto(trapable_marco *marco, const trapable_excepcion_t &excepcio
     marco->capturando = false;
 }
 
-#if defined(_WIN32)
-
 [[noreturn]] void i_salta(trapable_marco *marco, const trapable_excepcion_t &excepcion) {
     i_prepara_salto(marco, excepcion);
-    longjmp(marco->salto, 1);
+    i_TRAPABLE_SALTA(marco->salto);
 }
+
+#if defined(_WIN32)
 
 // Where a thread resumes after the exception handler took its fault: a plain function on the
 // faulting stack, from which the jump leaves as from any other call.
 thread_local trapable_marco *t_marco_destino = nullptr;
 [[noreturn]] void i_reanuda_en_marco() {
-    longjmp(t_marco_destino->salto, 1);
+    i_TRAPABLE_SALTA(t_marco_destino->salto);
 }
 
 PVOID g_manejador = nullptr; // guarded by g_cerrojo
@@ -79,9 +79,7 @@ PVOID g_manejador = nullptr; // guarded by g_cerrojo
 // pointed at i_reanuda_en_marco, on the stack below the fault, aligned as at a call.
 LONG CALLBACK i_manejador_excepcion(EXCEPTION_POINTERS *info) {
     const EXCEPTION_RECORD *registro = info->ExceptionRecord;
-    const bool de_acceso = registro->ExceptionCode == EXCEPTION_ACCESS_VIOLATION ||
-                           registro->ExceptionCode == EXCEPTION_IN_PAGE_ERROR;
-    trapable_marco *marco = de_acceso ? i_marco_que_captura() : nullptr;
+    trapable_marco *marco = i_marco_que_captura();
     const void *direccion = registro->NumberParameters >= 2
                                 ? reinterpret_cast<const void *>(registro->ExceptionInformation[1])
                                 : nullptr;
@@ -109,11 +107,6 @@ void i_retira_guardia() {
 }
 
 #else
-
-[[noreturn]] void i_salta(trapable_marco *marco, const trapable_excepcion_t &excepcion) {
-    i_prepara_salto(marco, excepcion);
-    siglongjmp(marco->salto, 1);
-}
 
 const int i_SENALES[] = {SIGSEGV, SIGBUS};
 constexpr int i_NUM_SENALES = sizeof i_SENALES / sizeof i_SENALES[0];

@@ -22,17 +22,19 @@
 // Armed without a frame: the C runtime's longjmp then restores the registers and does not unwind
 // the system's exception frames on its way, which a jump out of a failed call must not do.
 typedef jmp_buf trapable_salto_t;
-#define i_TRAPABLE_ARMA(salto) _setjmp((salto), NULL)
+#define i_TRAPABLE_ARMA(salto)  _setjmp((salto), NULL)
+#define i_TRAPABLE_SALTA(salto) longjmp((salto), 1)
 // What an access fault reaches the filter as: the system's exception code.
-#define TRAPABLE_CODIGO_ACCESO ((int32_t)0xC0000005) /* EXCEPTION_ACCESS_VIOLATION */
-#define TRAPABLE_CODIGO_PAGINA ((int32_t)0xC0000006) /* EXCEPTION_IN_PAGE_ERROR */
+#define TRAPABLE_CODIGO_ACCESO  ((int32_t)0xC0000005) /* EXCEPTION_ACCESS_VIOLATION */
+#define TRAPABLE_CODIGO_PAGINA  ((int32_t)0xC0000006) /* EXCEPTION_IN_PAGE_ERROR */
 #else
 #include <signal.h>
 typedef sigjmp_buf trapable_salto_t;
-#define i_TRAPABLE_ARMA(salto) sigsetjmp(salto, 1)
+#define i_TRAPABLE_ARMA(salto)  sigsetjmp(salto, 1)
+#define i_TRAPABLE_SALTA(salto) siglongjmp((salto), 1)
 // What an access fault reaches the filter as: the signal number.
-#define TRAPABLE_CODIGO_ACCESO SIGSEGV
-#define TRAPABLE_CODIGO_PAGINA SIGBUS
+#define TRAPABLE_CODIGO_ACCESO  SIGSEGV
+#define TRAPABLE_CODIGO_PAGINA  SIGBUS
 #endif
 
 TQBASE_C_INICIO
