@@ -1,4 +1,5 @@
-// Texts the libraries hand over, as strings, freed here; and the bytes of UTF-16 files.
+// Texts the libraries hand over, as strings, freed here; the bytes of UTF-16 files; and a
+// document of records to read.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -28,4 +29,15 @@ inline std::string utf16_file(const std::u16string &texto, bool big_endian) {
         bytes += big_endian ? std::string{char(u >> 8), char(u & 0xFF)}
                             : std::string{char(u & 0xFF), char(u >> 8)};
     return bytes;
+}
+
+// A document of `records` records of every kind, with escapes and non-ASCII text, different for
+// each seed.
+inline std::string records_document(int seed, int records = 300) {
+    std::string texto = "{\"seed\": " + std::to_string(seed) + ", \"items\": [";
+    for (int i = 0; i < records; ++i)
+        texto += (i ? "," : "") + std::string("{\"id\": ") + std::to_string(i * seed) +
+                 ", \"name\": \"n\\u00e9 \\\"" + std::to_string(i) +
+                 "\\\"\", \"v\": [1.5, -0.25, true, false, null], \"o\": {}}";
+    return texto + "]}";
 }

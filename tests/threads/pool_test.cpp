@@ -5,6 +5,7 @@
 #include <string>
 #include <thread>
 
+#include "support/texts.h"
 #include "support/tree_consumer.h"
 #include "tqjson2.h"
 
@@ -24,16 +25,6 @@ size_t in_chunks(const marlspy_estado_bloques_pequenos_t &estado) {
 constexpr size_t kCache = 8u << 20;
 // A thread keeps the chunk it carves of each size class.
 constexpr size_t kCurrentChunks = 48u << 16;
-
-// Some 2,000 records of every kind.
-std::string document(int records) {
-    std::string texto = "{\"items\": [";
-    for (int i = 0; i < records; ++i)
-        texto += (i ? "," : "") + std::string("{\"id\": ") + std::to_string(i) +
-                 ", \"name\": \"record \\u00e9 " + std::to_string(i) +
-                 "\", \"v\": [1.5, true, null], \"o\": {\"k\": \"v\"}}";
-    return texto + "]}";
-}
 
 tqjson2_nodo_t *read(const std::string &texto) {
     tqjson2_nodo_t *raiz = nullptr;
@@ -61,7 +52,7 @@ size_t tree_bytes(const std::string &texto) {
 // One thread reads, another destroys, at most two trees alive: the blocks the consumer frees go
 // back to the producer's chunks, so what the pool holds stops growing.
 TEST(Pool, BlocksFreedOnAnotherThreadAreReusedByTheThreadThatTookThem) {
-    const std::string texto = document(2000);
+    const std::string texto = records_document(1, 2000);
     const size_t arbol = tree_bytes(texto);
     SKIP_WITHOUT_POOL(arbol);
     const size_t en_uso = state().en_uso;
@@ -87,7 +78,7 @@ TEST(Pool, BlocksFreedOnAnotherThreadAreReusedByTheThreadThatTookThem) {
 
 // A thread per read: each heap of an ended thread is taken over by the next thread.
 TEST(Pool, TheHeapOfAThreadThatEndsIsTakenOver) {
-    const std::string texto = document(500);
+    const std::string texto = records_document(1, 500);
     const size_t arbol = tree_bytes(texto);
     SKIP_WITHOUT_POOL(arbol);
     const auto threads = [&](int count) {
@@ -107,7 +98,7 @@ TEST(Pool, TheHeapOfAThreadThatEndsIsTakenOver) {
 
 // A tree kept by a thread that ends is destroyed on another: the parked heap's chunks go back.
 TEST(Pool, ATreeThatOutlivesItsThreadIsGivenBackWhereverItIsDestroyed) {
-    const std::string texto = document(4000);
+    const std::string texto = records_document(1, 4000);
     const size_t arbol = tree_bytes(texto);
     SKIP_WITHOUT_POOL(arbol);
     const marlspy_estado_bloques_pequenos_t antes = state();
@@ -123,7 +114,7 @@ TEST(Pool, ATreeThatOutlivesItsThreadIsGivenBackWhereverItIsDestroyed) {
 // Destroying a large tree gives its chunks back to the system beyond a small cache, and the peak
 // saw the whole tree.
 TEST(Pool, EmptyChunksGoBackToTheSystemBeyondASmallCache) {
-    const std::string texto = document(100000);
+    const std::string texto = records_document(1, 100000);
     const size_t arbol = tree_bytes(texto);
     SKIP_WITHOUT_POOL(arbol);
     ASSERT_GT(arbol, 3 * kCache);

@@ -13,16 +13,6 @@ namespace {
 
 constexpr int kThreads = 4;
 
-// A document of every kind, with escapes and non-ASCII text, different for each seed.
-std::string document(int seed) {
-    std::string texto = "{\"seed\": " + std::to_string(seed) + ", \"items\": [";
-    for (int i = 0; i < 300; ++i)
-        texto += (i ? "," : "") + std::string("{\"id\": ") + std::to_string(i * seed) +
-                 ", \"name\": \"n\\u00e9 \\\"" + std::to_string(i) +
-                 "\\\"\", \"v\": [1.5, -0.25, true, false, null], \"o\": {}}";
-    return texto + "]}";
-}
-
 template <class Work> void in_threads(Work work) {
     std::vector<std::thread> threads;
     for (int t = 0; t < kThreads; ++t)
@@ -35,7 +25,7 @@ template <class Work> void in_threads(Work work) {
 
 TEST(Threads, ReadersShareOneTree) {
     Tree tree{nullptr};
-    ASSERT_EQ(tqjson2_se_lee_texto_utf8(document(7).c_str(), &tree.raiz), CIERTO);
+    ASSERT_EQ(tqjson2_se_lee_texto_utf8(records_document(7).c_str(), &tree.raiz), CIERTO);
     const std::string expected_indented = indented(tree.raiz), expected = minified(tree.raiz);
     std::vector<int> good(kThreads, 0);
     in_threads([&](int t) {
@@ -62,7 +52,7 @@ TEST(Threads, SeparateTreesAreReadAndWrittenSideBySide) {
     std::vector<std::string> expected(kThreads);
     for (int t = 0; t < kThreads; ++t) {
         Tree tree{nullptr};
-        ASSERT_EQ(tqjson2_se_lee_texto_utf8(document(t + 1).c_str(), &tree.raiz), CIERTO);
+        ASSERT_EQ(tqjson2_se_lee_texto_utf8(records_document(t + 1).c_str(), &tree.raiz), CIERTO);
         expected[t] = minified(tree.raiz);
     }
     std::vector<tqjson2_nodo_t *> handed(kThreads, nullptr);
@@ -70,8 +60,8 @@ TEST(Threads, SeparateTreesAreReadAndWrittenSideBySide) {
     in_threads([&](int t) {
         for (int vuelta = 0; vuelta < 5; ++vuelta) {
             tqjson2_nodo_t *raiz = nullptr, *otra = nullptr;
-            tqjson2_se_lee_texto_utf8_sin_decodificar_secuencias_utf8(document(t + 1).c_str(),
-                                                                      &raiz);
+            tqjson2_se_lee_texto_utf8_sin_decodificar_secuencias_utf8(
+                records_document(t + 1).c_str(), &raiz);
             const std::string texto = indented(raiz);
             tqjson2_se_lee_texto_utf8(texto.c_str(), &otra);
             good[t] += minified(otra) == expected[t];
