@@ -1,18 +1,12 @@
 // tqbase lexer component: the scanner. It runs over UTF-8 bytes where they stand and keeps
 // only the current token's extent; values, wide literals and positions are worked out when
 // asked for, so a token that is skipped costs no more than finding its end.
-#include <array>
-#include <bit>
 #include <charconv>
-#include <cmath>
 #include <cstring>
 #include <limits>
 
-#if defined(__SSE2__) || defined(_M_X64)
-#include <emmintrin.h>
-#endif
-
 #include "lexer_record.h"
+#include "scanner.h"
 #include "tqbase/cadenas.h"
 #include "unicode.h"
 #include "verifica.h"
@@ -20,49 +14,6 @@
 static const char *const i_MODULO = "tqbase: anlex";
 
 namespace {
-
-enum i_clase : uint8_t {
-    i_BLANCO = 1,
-    i_DIGITO = 2,
-    i_INICIO_PALABRA = 4,
-    i_PALABRA = 8,
-    i_FIN_LITERAL_JSON = 16, // what a JSON literal's scan stops at: " \ line feed, zero
-};
-
-constexpr std::array<uint8_t, 256> i_crea_clases() {
-    std::array<uint8_t, 256> clases{};
-    for (const char c : {' ', '\t', '\n', '\r', '\v', '\f'})
-        clases[static_cast<unsigned char>(c)] |= i_BLANCO;
-    for (int c = '0'; c <= '9'; ++c)
-        clases[c] |= i_DIGITO | i_PALABRA;
-    for (int c = 'a'; c <= 'z'; ++c)
-        clases[c] |= i_INICIO_PALABRA | i_PALABRA;
-    for (int c = 'A'; c <= 'Z'; ++c)
-        clases[c] |= i_INICIO_PALABRA | i_PALABRA;
-    clases['_'] |= i_INICIO_PALABRA | i_PALABRA;
-    for (const char c : {'"', '\\', '\n', '\0'})
-        clases[static_cast<unsigned char>(c)] |= i_FIN_LITERAL_JSON;
-    return clases;
-}
-constexpr std::array<uint8_t, 256> i_CLASES = i_crea_clases();
-
-// The token of each one-character punctuation mark; 0 for every other byte.
-constexpr std::array<uint8_t, 256> i_crea_puntuacion() {
-    std::array<uint8_t, 256> tokens{};
-    tokens['{'] = ANLEX_LLAVE_ABR;
-    tokens['}'] = ANLEX_LLAVE_CER;
-    tokens['['] = ANLEX_CORCH_ABR;
-    tokens[']'] = ANLEX_CORCH_CER;
-    tokens[','] = ANLEX_COMA;
-    tokens[':'] = ANLEX_DOS_PUNTOS;
-    tokens['-'] = ANLEX_MENOS;
-    return tokens;
-}
-constexpr std::array<uint8_t, 256> i_PUNTUACION = i_crea_puntuacion();
-
-inline bool i_es(char c, i_clase clase) {
-    return (i_CLASES[static_cast<unsigned char>(c)] & clase) != 0;
-}
 
 anlex *i_crea(i_origen_lexico origen, anlex_palabras_reservadas_t **palabras,
               tqbool toma_palabras) {
@@ -86,142 +37,32 @@ uint32_t i_token(anlex *lex, uint32_t token, const char *fin_token) {
     return token;
 }
 
-// Passes the bytes of a JSON literal that need no look: it stops at a quotation mark, a
-// backslash, a line feed or a zero byte, sixteen bytes a step where the processor has SSE2
-// (every x86-64 does), else eight at a time up to the word that holds one.
-const char *i_salta_texto_literal(const char *p, const char *fin) {
-#if defined(__SSE2__) || defined(_M_X64)
-    const __m128i comilla = _mm_set1_epi8('"'), barra = _mm_set1_epi8('\\'),
-                  salto = _mm_set1_epi8('\n'), cero = _mm_setzero_si128();
-    while (fin - p >= 16) {
-        const __m128i x = _mm_loadu_si128(reinterpret_cast<const __m128i *>(p));
-        const __m128i especial =
-            _mm_or_si128(_mm_or_si128(_mm_cmpeq_epi8(x, comilla), _mm_cmpeq_epi8(x, barra)),
-                         _mm_or_si128(_mm_cmpeq_epi8(x, salto), _mm_cmpeq_epi8(x, cero)));
-        if (const int mascara = _mm_movemask_epi8(especial))
-            return p + std::countr_zero(static_cast<unsigned>(mascara));
-        p += 16;
-    }
-#endif
-    constexpr uint64_t i_UNOS = 0x0101010101010101u, i_ALTOS = 0x8080808080808080u;
-    const auto tiene_cero = [](uint64_t v) { return (v - i_UNOS) & ~v & i_ALTOS; };
-    while (fin - p >= 8) {
-        uint64_t ocho;
-        std::memcpy(&ocho, p, sizeof ocho);
-        if (tiene_cero(ocho ^ (i_UNOS * '"')) | tiene_cero(ocho ^ (i_UNOS * '\\')) |
-            tiene_cero(ocho ^ (i_UNOS * '\n')) | tiene_cero(ocho))
-            break;
-        p += 8;
-    }
-    return p;
-}
-
-uint32_t i_literal(anlex *lex, const char *p) {
-    const char *q = p + 1;
-    lex->literal_con_barras = false;
-    if (!lex->criterio_json) {
-        const void *comilla = std::memchr(q, '"', static_cast<size_t>(lex->fin - q));
-        const char *fin_token = comilla ? static_cast<const char *>(comilla) + 1 : lex->fin;
-        return i_token(lex, comilla ? ANLEX_LITERAL : ANLEX_ERROR, fin_token);
-    }
-    for (;;) {
-        q = i_salta_texto_literal(q, lex->fin);
-        while (!i_es(*q, i_FIN_LITERAL_JSON))
-            ++q;
-        if (*q == '"')
-            return i_token(lex, ANLEX_LITERAL, q + 1);
-        if (*q != '\\' || q[1] == '\n' || q + 1 == lex->fin) // a raw line feed or the end
-            return i_token(lex, ANLEX_ERROR, *q == '\\' ? q + 1 : q);
-        lex->literal_con_barras = true;
-        q += 2;
-    }
-}
-
-// JSON's number without its sign: an integer, then an optional fraction and exponent, each
-// taken only when digits follow.
-uint32_t i_numero(anlex *lex, const char *p) {
-    const char *q = p + 1;
-    if (*p != '0')
-        while (i_es(*q, i_DIGITO))
-            ++q;
-    bool real = false;
-    if (*q == '.' && i_es(q[1], i_DIGITO)) {
-        real = true;
-        q += 2;
-        while (i_es(*q, i_DIGITO))
-            ++q;
-    }
-    if (*q == 'e' || *q == 'E') {
-        const char *r = q + 1;
-        if (*r == '+' || *r == '-')
-            ++r;
-        if (i_es(*r, i_DIGITO)) {
-            real = true;
-            q = r + 1;
-            while (i_es(*q, i_DIGITO))
-                ++q;
-        }
-    }
-    return i_token(lex, real ? ANLEX_CTE_REAL : ANLEX_CTE_ENTERA, q);
-}
-
-uint32_t i_palabra(anlex *lex, const char *p) {
-    const char *q = p + 1;
-    while (i_es(*q, i_PALABRA))
-        ++q;
-    const size_t longitud = static_cast<size_t>(q - p);
-    if (lex->palabras)
-        for (const auto &entrada : lex->palabras->entradas)
-            if (entrada.palabra.size() == longitud &&
-                std::memcmp(entrada.palabra.data(), p, longitud) == 0) {
-                lex->id_palabra = entrada.id;
-                return i_token(lex, ANLEX_PALABRA_RESERVADA, q);
-            }
-    return i_token(lex, ANLEX_IDENTIFICADOR, q);
-}
-
-// Indented text puts long runs of spaces after each line feed: they are passed eight at a time.
-const char *i_salta_sangria(const char *p, const char *fin) {
-    constexpr uint64_t i_OCHO_ESPACIOS = 0x2020202020202020u;
-    while (fin - p >= 8) {
-        uint64_t ocho;
-        std::memcpy(&ocho, p, sizeof ocho);
-        if (ocho != i_OCHO_ESPACIOS)
-            break;
-        p += 8;
-    }
-    return p;
-}
-
 uint32_t i_siguiente(anlex *lex) {
-    const char *p = lex->pos;
-    while (i_es(*p, i_BLANCO))
-        if (*p++ == '\n')
-            p = i_salta_sangria(p, lex->fin);
-    lex->inicio_token = p;
-    if (p == lex->fin)
-        return i_token(lex, ANLEX_FIN, p);
-    if (const uint8_t puntuacion = i_PUNTUACION[static_cast<unsigned char>(*p)])
-        return i_token(lex, puntuacion, p + 1);
-    if (*p == '"')
-        return i_literal(lex, p);
-    if (i_es(*p, i_DIGITO))
-        return i_numero(lex, p);
-    if (i_es(*p, i_INICIO_PALABRA))
-        return i_palabra(lex, p);
-    return i_token(lex, ANLEX_ERROR, p + unicode_longitud_caracter_UTF8(p));
+    i_token_escaneado t{};
+    const auto reservada = [lex](const char *p, size_t longitud, uint32_t *id) {
+        if (lex->palabras)
+            for (const auto &entrada : lex->palabras->entradas)
+                if (entrada.palabra.size() == longitud &&
+                    std::memcmp(entrada.palabra.data(), p, longitud) == 0) {
+                    *id = entrada.id;
+                    return true;
+                }
+        return false;
+    };
+    i_escanea_token(lex->pos, lex->fin, lex->criterio_json, reservada, t);
+    lex->inicio_token = t.inicio;
+    lex->literal_con_barras = t.token == ANLEX_LITERAL && t.barras;
+    if (t.token == ANLEX_PALABRA_RESERVADA)
+        lex->id_palabra = t.id_palabra;
+    return i_token(lex, t.token, t.fin);
 }
 
 // The constant's value as a double, correctly rounded; beyond a double's range, as strtod
 // gives it: an infinity above, zero below.
-double i_valor(uint32_t token, const char *p, const char *fin) {
-    if (token == ANLEX_CTE_ENTERA && fin - p <= 19) {
-        uint64_t valor = 0;
-        for (; p != fin; ++p)
-            valor = valor * 10 + static_cast<uint64_t>(*p - '0');
-        return static_cast<double>(valor);
-    }
+double i_valor(const char *p, const char *fin) {
     double valor = 0.0;
+    if (i_valor_escaneado(i_escanea_numero(p, fin), &valor))
+        return valor;
     const std::from_chars_result leido = std::from_chars(p, fin, valor);
     if (leido.ec == std::errc::result_out_of_range) {
         // Underflow only comes with a negative exponent; everything else overflowed.
@@ -379,16 +220,23 @@ const char *anlex_get_literal_utf8(const anlex_t *lex, size_t *longitud, tqbool 
     return lex->inicio_token + 1;
 }
 
+const char *anlex_get_fin_token_utf8(const anlex_t *lex, const char **fin_texto) {
+    if (!i_VERIFICA((lex) != NULL) || !i_VERIFICA((fin_texto) != NULL))
+        return "";
+    *fin_texto = lex->fin;
+    return lex->fin_token;
+}
+
 double anlex_get_cte_entera_double(const anlex_t *lex) {
     if (!i_VERIFICA((lex) != NULL) || !i_VERIFICA(lex->token == ANLEX_CTE_ENTERA))
         return 0.0;
-    return i_valor(lex->token, lex->inicio_token, lex->fin_token);
+    return i_valor(lex->inicio_token, lex->fin_token);
 }
 
 double anlex_get_cte_real(const anlex_t *lex) {
     if (!i_VERIFICA((lex) != NULL) || !i_VERIFICA(lex->token == ANLEX_CTE_REAL))
         return 0.0;
-    return i_valor(lex->token, lex->inicio_token, lex->fin_token);
+    return i_valor(lex->inicio_token, lex->fin_token);
 }
 
 uint32_t anlex_get_id_palabra_reservada_ulong(const anlex_t *lex) {
@@ -448,7 +296,7 @@ double anlex_valor_constante(const anlex_token_t *token) {
     if (!i_VERIFICA((token) != NULL) ||
         !i_VERIFICA(token->token == ANLEX_CTE_ENTERA || token->token == ANLEX_CTE_REAL))
         return 0.0;
-    return i_valor(token->token, token->inicio, token->inicio + token->longitud);
+    return i_valor(token->inicio, token->inicio + token->longitud);
 }
 
 void anlex_destruye(anlex_t **lex) {

@@ -91,6 +91,10 @@ TQBASE_API const char16_t *anlex_get_literal(anlex_t *lex);
    escape sequences unresolved; `*con_barras` says whether a backslash stands among them. */
 TQBASE_API const char *anlex_get_literal_utf8(const anlex_t *lex, size_t *longitud,
                                               tqbool *con_barras);
+/* Where the current token ends in the UTF-8 input, and in `*fin_texto` where the input ends (a
+   zero byte stands there): a reader that scans the rest by itself goes on from there, and
+   hands the token it stops at back with anlex_situa_en_token. */
+TQBASE_API const char *anlex_get_fin_token_utf8(const anlex_t *lex, const char **fin_texto);
 /* The current integer or real constant's value (correctly rounded; beyond the range of a
    double, an infinity). */
 TQBASE_API double anlex_get_cte_entera_double(const anlex_t *lex);

@@ -1,7 +1,12 @@
 // The parser: JSON's grammar with the library's leniencies (text before the root is skipped,
-// text after it ignored, commas between values optional). Containers being read wait on a
-// stack of the parser's own, so nesting costs no C stack; each keeps its collected children
-// and the flags that judge its commas.
+// text after it ignored, commas between values optional). Once the lexer has found the root's
+// opening token, the parser scans the rest itself with the lexer's own steps and builds as it
+// scans: no token is kept beyond the current one, and a number's value is gathered while its
+// digits are passed. Where it stops, it hands its current token back to the lexer, which then
+// tells the position as if it had read every token itself.
+//
+// Containers being read wait on a stack of the parser's own, so nesting costs no C stack; each
+// keeps its collected children and the flag that judges its commas.
 #include <cstring>
 #include <memory>
 #include <string>
@@ -12,6 +17,7 @@
 #endif
 
 #include "codec/codec.h"
+#include "companion/scanner.h"
 #include "reader/reader.h"
 #include "tree/reserved_words.h"
 
@@ -19,53 +25,70 @@ namespace {
 
 // An object or array whose opening token has been read. Its members or nodes wait, in text
 // order, at the top of the read's one stack of children, from `primer_hijo` on; the finished
-// node takes them over in an array of exact size.
+// node takes them over in an array of exact size. An object's member is made as soon as its
+// name is read, and receives its value when the value is whole.
 struct i_contenedor_leido {
     bool es_objeto;
+    tqbool coma; // a comma came last
     size_t primer_hijo;
-    tqbool coma;          // a comma came last
-    size_t inicio_nombre; // objects: where the pending member's name begins in `nombres`
 };
-
-// Tokens are taken from the lexer in bulk; the parser's current token is the one it reached in
-// the batch, and it is handed back to the lexer when the parser stops, so that the lexer's
-// position is where the read stopped.
-constexpr uint32_t i_TOKENS_POR_LOTE = 256;
 
 struct i_lectura {
     anlex_t *lex;
     tqbool decodifica;
+    const char *fin; // the end of the input, where a zero byte stands
+    i_token_escaneado actual;
     std::vector<i_contenedor_leido> pila;
     std::vector<void *> hijos;
-    // The names of the members whose values are being read, innermost last: each member
-    // copies its own into its block when it is made.
-    std::u16string nombres;
+    std::u16string ancho; // names outside ASCII, widened before they are copied
     bool demasiado_profundo;
-    anlex_token_t lote[i_TOKENS_POR_LOTE];
-    uint32_t num_lote;
-    uint32_t siguiente;
-    const anlex_token_t *actual = nullptr; // in `lote`, until the next batch is read
 };
 
-uint32_t i_lee_token(i_lectura &lectura) {
-    if (lectura.siguiente == lectura.num_lote) {
-        lectura.num_lote = anlex_lee_tokens(lectura.lex, lectura.lote, i_TOKENS_POR_LOTE);
-        lectura.siguiente = 0;
-    }
-    lectura.actual = &lectura.lote[lectura.siguiente++];
-    return lectura.actual->token;
+bool i_palabra_json(const char *p, size_t longitud, uint32_t *id) {
+    for (const i_palabra_reservada &reservada : i_PALABRAS_RESERVADAS)
+        if (reservada.longitud == longitud && std::memcmp(reservada.texto_utf8, p, longitud) == 0) {
+            *id = reservada.palabra;
+            return true;
+        }
+    return false;
+}
+
+[[gnu::always_inline]] inline uint32_t i_lee_token(i_lectura &lectura) {
+    i_escanea_token(lectura.actual.fin, lectura.fin, true, i_palabra_json, lectura.actual);
+    return lectura.actual.token;
+}
+
+// The current token as the lexer keeps it, for the operations that read the current token.
+anlex_token_t i_registro_token(const i_token_escaneado &t) {
+    return {t.inicio, static_cast<uint32_t>(t.fin - t.inicio), static_cast<uint16_t>(t.token),
+            static_cast<tqbool>(t.barras ? CIERTO : FALSO), t.id_palabra};
+}
+
+void i_situa_lexer(i_lectura &lectura) {
+    const anlex_token_t registro = i_registro_token(lectura.actual);
+    anlex_situa_en_token(lectura.lex, &registro);
 }
 
 // The current literal's bytes between its quotation marks.
 const char *i_bytes_literal(const i_lectura &lectura, size_t *longitud) {
-    *longitud = lectura.actual->longitud - 2;
-    return lectura.actual->inicio + 1;
+    *longitud = static_cast<size_t>(lectura.actual.fin - lectura.actual.inicio) - 2;
+    return lectura.actual.inicio + 1;
 }
 
 // The current literal as the lexer gives it in wide text (escaped quotation marks bare).
 const char16_t *i_literal_ancho(i_lectura &lectura) {
-    anlex_situa_en_token(lectura.lex, lectura.actual);
+    i_situa_lexer(lectura);
     return anlex_get_literal(lectura.lex);
+}
+
+// The current constant's value: from its scan where that is exact, else from the lexer, which
+// converts its text the slow way.
+double i_valor_constante(const i_lectura &lectura) {
+    double valor = 0.0;
+    if (i_valor_escaneado(lectura.actual.numero, &valor))
+        return valor;
+    const anlex_token_t registro = i_registro_token(lectura.actual);
+    return anlex_valor_constante(&registro);
 }
 
 size_t i_num_hijos(const i_lectura &lectura, const i_contenedor_leido &contenedor) {
@@ -78,10 +101,10 @@ enum class i_valor { leido, abierto, fallido };
 enum class i_paso { sigue, termina_bien, termina_mal };
 
 void i_abre(i_lectura &lectura, bool es_objeto) {
-    lectura.pila.push_back({es_objeto, lectura.hijos.size(), FALSO, lectura.nombres.size()});
+    lectura.pila.push_back({es_objeto, FALSO, lectura.hijos.size()});
 }
 
-// Destroys what a failed container gathered.
+// Destroys what a failed container gathered (a member still waiting for its value has none).
 void i_descarta(i_lectura &lectura, i_contenedor_leido &contenedor) {
     for (size_t i = contenedor.primer_hijo; i < lectura.hijos.size(); ++i) {
         if (contenedor.es_objeto)
@@ -90,7 +113,6 @@ void i_descarta(i_lectura &lectura, i_contenedor_leido &contenedor) {
             i_destruye_nodo_elemento(&lectura.hijos[i]);
     }
     lectura.hijos.resize(contenedor.primer_hijo);
-    lectura.nombres.resize(contenedor.inicio_nombre);
 }
 
 tqjson2_nodo_t *i_crea_contenedor(i_lectura &lectura, const i_contenedor_leido &contenedor) {
@@ -102,42 +124,45 @@ tqjson2_nodo_t *i_crea_contenedor(i_lectura &lectura, const i_contenedor_leido &
                                 : i_crea_nodo_array_con_valores(&hijos);
 }
 
-// Widens ASCII sixteen bytes a step, as far as whole steps of ASCII go; how many bytes it did.
-size_t i_ensancha_ascii(const char *bytes, size_t longitud, char16_t *destino) {
+// Widens ASCII sixteen bytes a step, as far as whole steps go, then byte by byte.
+void i_ensancha_ascii(const char *bytes, size_t longitud, char16_t *destino) {
     size_t i = 0;
 #if defined(__SSE2__) || defined(_M_X64)
+    const __m128i cero = _mm_setzero_si128();
     for (; longitud - i >= 16; i += 16) {
         const __m128i x = _mm_loadu_si128(reinterpret_cast<const __m128i *>(bytes + i));
-        if (_mm_movemask_epi8(x) != 0)
-            break;
-        const __m128i cero = _mm_setzero_si128();
         _mm_storeu_si128(reinterpret_cast<__m128i *>(destino + i), _mm_unpacklo_epi8(x, cero));
         _mm_storeu_si128(reinterpret_cast<__m128i *>(destino + i + 8), _mm_unpackhi_epi8(x, cero));
     }
 #endif
-    return i;
+    for (; i < longitud; ++i)
+        destino[i] = static_cast<char16_t>(bytes[i]);
 }
 
-// The member name goes on the names buffer: the literal as the lexer gives it, never decoded.
-// ASCII, the usual name, widens in place, sixteen bytes a step and then byte by byte.
-void i_lee_nombre(i_lectura &lectura) {
-    std::u16string &nombres = lectura.nombres;
-    if (lectura.actual->barras == CIERTO) {
-        nombres += i_literal_ancho(lectura);
-        return;
+tqjson2_atributo_t *i_crea_atributo_copiando(const char16_t *nombre, size_t unidades) {
+    tqjson2_atributo_t *atributo = i_crea_atributo_con_nombre_en_linea(unidades);
+    std::memcpy(atributo->nombre, nombre, unidades * sizeof(char16_t));
+    return atributo;
+}
+
+// The member of the current literal, its name the literal as the lexer gives it, never
+// decoded. An ASCII name, the usual one, is widened straight into the member's block.
+tqjson2_atributo_t *i_crea_atributo_del_nombre(i_lectura &lectura) {
+    if (lectura.actual.barras) {
+        const char16_t *nombre = i_literal_ancho(lectura);
+        return i_crea_atributo_copiando(nombre, std::char_traits<char16_t>::length(nombre));
     }
     size_t longitud = 0;
     const char *bytes = i_bytes_literal(lectura, &longitud);
-    const size_t inicio = nombres.size();
-    nombres.resize(inicio + longitud); // never more units than bytes
-    char16_t *destino = nombres.data() + inicio;
-    size_t i = i_ensancha_ascii(bytes, longitud, destino);
-    for (; i < longitud && static_cast<unsigned char>(bytes[i]) < 0x80; ++i)
-        destino[i] = static_cast<char16_t>(bytes[i]);
-    if (i == longitud) // all ASCII: already in place, at its exact length
-        return;
-    char16_t *fin = unicode_escribe_UTF8_a_UNICODE(bytes + i, longitud - i, destino + i);
-    nombres.resize(static_cast<size_t>(fin - nombres.data()));
+    if (!lectura.actual.fuera_ascii) {
+        tqjson2_atributo_t *atributo = i_crea_atributo_con_nombre_en_linea(longitud);
+        i_ensancha_ascii(bytes, longitud, atributo->nombre);
+        return atributo;
+    }
+    std::u16string &ancho = lectura.ancho;
+    ancho.resize(longitud); // never more units than bytes
+    const char16_t *fin = unicode_escribe_UTF8_a_UNICODE(bytes, longitud, ancho.data());
+    return i_crea_atributo_copiando(ancho.data(), static_cast<size_t>(fin - ancho.data()));
 }
 
 // A string value. UTF-8 that reads back unchanged is decoded in place of its bytes (without
@@ -146,9 +171,9 @@ void i_lee_nombre(i_lectura &lectura) {
 tqjson2_nodo_t *i_crea_nodo_literal(i_lectura &lectura) {
     size_t longitud = 0;
     const char *bytes = i_bytes_literal(lectura, &longitud);
-    if (unicode_es_UTF8_estable_n(bytes, longitud) == CIERTO) {
+    if (!lectura.actual.fuera_ascii || unicode_es_UTF8_estable_n(bytes, longitud) == CIERTO) {
         char *texto = nullptr;
-        if (lectura.actual->barras == CIERTO) {
+        if (lectura.actual.barras) {
             texto = i_literal_json_utf8(bytes, longitud, lectura.decodifica);
         } else {
             texto = creacadena(longitud + 1);
@@ -164,15 +189,12 @@ tqjson2_nodo_t *i_crea_nodo_literal(i_lectura &lectura) {
     return i_crea_nodo_texto_unicode(FALSO, &texto, lectura.decodifica);
 }
 
-// Up to 9 digits always fit a 32-bit integer and are read here; longer constants take the
-// lexer's value and the range-checked conversion.
-bool i_entero_corto(const anlex_token_t &token, int32_t *valor) {
-    if (token.longitud > 9)
+// Up to 9 digits always fit a 32-bit integer and are taken from the scan (an integer constant
+// has no leading zero); longer constants take the range-checked conversion.
+bool i_entero_corto(const i_token_escaneado &token, int32_t *valor) {
+    if (token.fin - token.inicio > 9)
         return false;
-    int32_t acumulado = 0;
-    for (uint32_t i = 0; i < token.longitud; ++i)
-        acumulado = acumulado * 10 + (token.inicio[i] - '0');
-    *valor = acumulado;
+    *valor = static_cast<int32_t>(token.numero.significando);
     return true;
 }
 
@@ -180,11 +202,11 @@ i_valor i_lee_negativo(i_lectura &lectura, tqjson2_nodo_t **nodo) {
     const uint32_t token = i_lee_token(lectura);
     if (token == ANLEX_CTE_ENTERA) {
         int32_t corto = 0;
-        if (i_entero_corto(*lectura.actual, &corto)) {
+        if (i_entero_corto(lectura.actual, &corto)) {
             *nodo = tqjson2_crea_nodo_entero(-corto);
             return i_valor::leido;
         }
-        const double cte_double = anlex_valor_constante(lectura.actual);
+        const double cte_double = i_valor_constante(lectura);
         i_VERIFICA(cambtipo_se_puede_double_a_long(cte_double) == CIERTO);
         *nodo = tqjson2_crea_nodo_entero(-cambtipo_double_a_long(cte_double));
         return i_valor::leido;
@@ -192,26 +214,26 @@ i_valor i_lee_negativo(i_lectura &lectura, tqjson2_nodo_t **nodo) {
     if (token != ANLEX_CTE_REAL)
         return i_valor::fallido;
     i_VERIFICA(token == ANLEX_CTE_REAL);
-    *nodo = tqjson2_crea_nodo_double(-anlex_valor_constante(lectura.actual));
+    *nodo = tqjson2_crea_nodo_double(-i_valor_constante(lectura));
     return i_valor::leido;
 }
 
-tqjson2_nodo_t *i_crea_nodo_entero(const anlex_token_t &token) {
+tqjson2_nodo_t *i_crea_nodo_entero(const i_lectura &lectura) {
     int32_t corto = 0;
-    if (i_entero_corto(token, &corto))
+    if (i_entero_corto(lectura.actual, &corto))
         return tqjson2_crea_nodo_entero(corto);
-    return tqjson2_crea_nodo_entero(cambtipo_double_a_long(anlex_valor_constante(&token)));
+    return tqjson2_crea_nodo_entero(cambtipo_double_a_long(i_valor_constante(lectura)));
 }
 
 tqjson2_nodo_t *i_crea_nodo_palabra(i_lectura &lectura) {
-    switch (lectura.actual->id_palabra) {
+    switch (lectura.actual.id_palabra) {
         case i_PALABRA_RESERVADA_TRUE:
             return tqjson2_crea_nodo_booleano(CIERTO);
         case i_PALABRA_RESERVADA_FALSE:
             return tqjson2_crea_nodo_booleano(FALSO);
         default: {
             anlex_t *lex = lectura.lex;
-            anlex_situa_en_token(lex, lectura.actual);
+            i_situa_lexer(lectura);
             i_VERIFICA(anlex_get_palabra_reservada_enum(lex, i_palabra_reservada_t) ==
                        i_PALABRA_RESERVADA_NULL);
             return tqjson2_crea_nodo_null();
@@ -220,7 +242,7 @@ tqjson2_nodo_t *i_crea_nodo_palabra(i_lectura &lectura) {
 }
 
 // Reads the next token as the start of a value. A failed value leaves its token current.
-i_valor i_empieza_valor(i_lectura &lectura, tqjson2_nodo_t **nodo) {
+[[gnu::always_inline]] inline i_valor i_empieza_valor(i_lectura &lectura, tqjson2_nodo_t **nodo) {
     *nodo = nullptr;
     switch (const uint32_t token = i_lee_token(lectura)) {
         case ANLEX_LLAVE_ABR:
@@ -232,12 +254,12 @@ i_valor i_empieza_valor(i_lectura &lectura, tqjson2_nodo_t **nodo) {
             i_abre(lectura, token == ANLEX_LLAVE_ABR);
             return i_valor::abierto;
         case ANLEX_CTE_ENTERA:
-            *nodo = i_crea_nodo_entero(*lectura.actual);
+            *nodo = i_crea_nodo_entero(lectura);
             return i_valor::leido;
         case ANLEX_MENOS:
             return i_lee_negativo(lectura, nodo);
         case ANLEX_CTE_REAL:
-            *nodo = tqjson2_crea_nodo_double(anlex_valor_constante(lectura.actual));
+            *nodo = tqjson2_crea_nodo_double(i_valor_constante(lectura));
             return i_valor::leido;
         case ANLEX_LITERAL:
             *nodo = i_crea_nodo_literal(lectura);
@@ -254,7 +276,7 @@ i_valor i_empieza_valor(i_lectura &lectura, tqjson2_nodo_t **nodo) {
 // that the comma rule accepts lets it go on, anything else fails it.
 i_paso i_juzga_array(i_lectura &lectura) {
     i_contenedor_leido &array = lectura.pila.back();
-    switch (lectura.actual->token) {
+    switch (lectura.actual.token) {
         case ANLEX_CORCH_CER:
             return array.coma == CIERTO ? i_paso::termina_mal : i_paso::termina_bien;
         case ANLEX_COMA:
@@ -267,31 +289,24 @@ i_paso i_juzga_array(i_lectura &lectura) {
     }
 }
 
-// The innermost container receives the value it was reading, or learns that it failed.
-i_paso i_recibe(i_lectura &lectura, i_valor valor, tqjson2_nodo_t *nodo) {
+// The innermost container receives the value it was reading, or learns that it failed. An
+// object's value goes to the member made for it, the last of its children.
+[[gnu::always_inline]] inline i_paso i_recibe(i_lectura &lectura, i_valor valor,
+                                              tqjson2_nodo_t *nodo) {
     i_contenedor_leido &contenedor = lectura.pila.back();
     if (valor == i_valor::abierto)
         return i_paso::sigue;
-    if (!contenedor.es_objeto) {
-        if (valor == i_valor::fallido)
-            return i_juzga_array(lectura);
+    if (valor == i_valor::fallido)
+        return contenedor.es_objeto ? i_paso::termina_mal : i_juzga_array(lectura);
+    if (contenedor.es_objeto)
+        static_cast<tqjson2_atributo_t *>(lectura.hijos.back())->valor = nodo;
+    else
         lectura.hijos.push_back(nodo);
-        contenedor.coma = FALSO;
-        return i_paso::sigue;
-    }
-    const size_t inicio = contenedor.inicio_nombre;
-    if (valor == i_valor::fallido) {
-        lectura.nombres.resize(inicio);
-        return i_paso::termina_mal;
-    }
-    lectura.hijos.push_back(i_crea_atributo_propietario_con_nombre(
-        lectura.nombres.data() + inicio, lectura.nombres.size() - inicio, &nodo));
-    lectura.nombres.resize(inicio);
     contenedor.coma = FALSO;
     return i_paso::sigue;
 }
 
-i_paso i_paso_objeto(i_lectura &lectura) {
+[[gnu::always_inline]] inline i_paso i_paso_objeto(i_lectura &lectura) {
     i_contenedor_leido &objeto = lectura.pila.back();
     switch (i_lee_token(lectura)) {
         case ANLEX_COMA:
@@ -302,12 +317,9 @@ i_paso i_paso_objeto(i_lectura &lectura) {
         case ANLEX_LLAVE_CER:
             return objeto.coma == CIERTO ? i_paso::termina_mal : i_paso::termina_bien;
         case ANLEX_LITERAL: {
-            objeto.inicio_nombre = lectura.nombres.size();
-            i_lee_nombre(lectura);
-            if (i_lee_token(lectura) != ANLEX_DOS_PUNTOS) {
-                lectura.nombres.resize(objeto.inicio_nombre);
+            lectura.hijos.push_back(i_crea_atributo_del_nombre(lectura));
+            if (i_lee_token(lectura) != ANLEX_DOS_PUNTOS)
                 return i_paso::termina_mal;
-            }
             tqjson2_nodo_t *nodo = nullptr;
             const i_valor valor = i_empieza_valor(lectura, &nodo); // may grow the stack
             return i_recibe(lectura, valor, nodo);
@@ -317,22 +329,13 @@ i_paso i_paso_objeto(i_lectura &lectura) {
     }
 }
 
-i_paso i_paso_array(i_lectura &lectura) {
+[[gnu::always_inline]] inline i_paso i_paso_array(i_lectura &lectura) {
     tqjson2_nodo_t *nodo = nullptr;
     const i_valor valor = i_empieza_valor(lectura, &nodo);
     return i_recibe(lectura, valor, nodo);
 }
 
 // Reads from the root's opening token to the end of the root.
-tqbool i_lee_contenedores(i_lectura &lectura, tqjson2_nodo_t **nodo);
-
-// Reads the root's contents and leaves the lexer at the parser's current token.
-tqbool i_lee_desde_la_raiz(i_lectura &lectura, tqjson2_nodo_t **nodo) {
-    const tqbool resultado = i_lee_contenedores(lectura, nodo);
-    anlex_situa_en_token(lectura.lex, lectura.actual);
-    return resultado;
-}
-
 tqbool i_lee_contenedores(i_lectura &lectura, tqjson2_nodo_t **nodo) {
     for (;;) {
         i_paso paso =
@@ -371,8 +374,12 @@ tqbool i_lee_nodo_raiz(i_lectura &lectura, tqjson2_nodo_t **nodo) {
     const uint32_t token = anlex_get_token(lex);
     if (token != ANLEX_LLAVE_ABR)
         i_VERIFICA(token == ANLEX_CORCH_ABR);
+    // The scan goes on from the end of the root's opening token.
+    lectura.actual.fin = anlex_get_fin_token_utf8(lex, &lectura.fin);
     i_abre(lectura, token == ANLEX_LLAVE_ABR);
-    return i_lee_desde_la_raiz(lectura, nodo);
+    const tqbool resultado = i_lee_contenedores(lectura, nodo);
+    i_situa_lexer(lectura);
+    return resultado;
 }
 
 } // namespace
@@ -388,9 +395,8 @@ tqbool i_lee_json(anlex_t *lex, tqbool decodifica_secuencias_escape, tqjson2_nod
     anlex_set_longitud_buffer_lectura(lex, i_LONGITUD_BUFFER_LECTURA);
     anlex_set_atributo_aplicar_criterio_json_para_analisis_literales(lex);
     anlex_inicia(lex);
-    // Large enough (some 6 KB of tokens) to live off the stack.
-    auto lectura = std::make_unique<i_lectura>();
-    lectura->lex = lex;
-    lectura->decodifica = decodifica_secuencias_escape;
-    return i_lee_nodo_raiz(*lectura, nodo);
+    i_lectura lectura{};
+    lectura.lex = lex;
+    lectura.decodifica = decodifica_secuencias_escape;
+    return i_lee_nodo_raiz(lectura, nodo);
 }

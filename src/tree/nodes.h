@@ -73,7 +73,7 @@ inline void i_guarda_valor(tqjson2_nodo_t *nodo, arr_puntero_t *atributos_objeto
 }
 
 // A member's name is a block of its own, or stands in the member's block right after its
-// fields (i_crea_atributo_propietario_con_nombre): one allocation for the members a read makes.
+// fields (i_crea_atributo_con_nombre_en_linea): one allocation for the members a read makes.
 struct tqjson2_atributo {
     char16_t *nombre; // never null
     tqjson2_nodo_t *valor;
@@ -105,9 +105,10 @@ tqjson2_nodo_t *i_crea_nodo_texto_unicode(tqbool codifica, char16_t **texto_unic
 tqjson2_atributo_t *i_crea_atributo(char16_t **nombre, tqbool es_propietario,
                                     tqjson2_nodo_t *valor);
 tqjson2_atributo_t *i_crea_atributo_propietario(char16_t **nombre, tqjson2_nodo_t **nodo);
-// An owning member whose name, a copy of the `unidades` units at `nombre`, stands in its block.
-tqjson2_atributo_t *i_crea_atributo_propietario_con_nombre(const char16_t *nombre, size_t unidades,
-                                                           tqjson2_nodo_t **nodo);
+// An owning member with no value yet and room in its own block for a name of `unidades` units,
+// terminated: the reader writes the name straight into `nombre` and sets the value when it has
+// read it.
+tqjson2_atributo_t *i_crea_atributo_con_nombre_en_linea(size_t unidades);
 // A member with a copy of the name that borrows `valor`: the tree never destroys it.
 tqjson2_atributo_t *i_crea_atributo_const(const char16_t *nombre, tqjson2_nodo_t *valor);
 void i_destruye_atributo(tqjson2_atributo_t **atributo);

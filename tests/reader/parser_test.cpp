@@ -1,6 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <charconv>
 #include <cmath>
+#include <cstring>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "companion/lexer.h"
 
 #include "reader/reader_test_support.h"
 #include "support/recording_handler.h"
@@ -99,6 +106,73 @@ TEST(Parser, NegativeZeroAndHugeRealsKeepTheirSign) {
     EXPECT_EQ(minified(tree.raiz), "[0.0,1E+999,-1E+999]");
     EXPECT_EQ(read_text(minified(tree.raiz)), yes("[0.0,1E+999,-1E+999]"));
     EXPECT_TRUE(std::signbit(element_at(tree.raiz, 0)->valor_double));
+}
+
+// Reals read as the correctly rounded double that std::from_chars gives (beyond the range: an
+// infinity, or zero below it), through the reader's scan and through the lexer, whose text ends
+// right after the number. The texts stress what the fast conversion decides itself: 1 to 25
+// digits, every decimal exponent a double reaches and beyond, ties between two doubles, and
+// digits in runs of eight and fewer.
+TEST(Parser, RealsReadAsTheirCorrectlyRoundedDoubles) {
+    std::mt19937_64 azar(2026);
+    std::vector<std::string> textos = {"0.0",
+                                       "9007199254740993.0",
+                                       "4.9e-324",
+                                       "2.2250738585072011e-308",
+                                       "1.7976931348623157e308",
+                                       "1.7976931348623159e308",
+                                       "0.000000000000000000000000000001234567890123",
+                                       "1e-400",
+                                       "123456789012345678901234.5e-5"};
+    for (int i = 0; i < 20000; ++i) {
+        const int cifras = 1 + static_cast<int>(azar() % 25);
+        std::string digitos;
+        for (int d = 0; d < cifras; ++d)
+            digitos += static_cast<char>('0' + azar() % 10);
+        if (i % 4 == 0) { // a tie: an odd multiple of a power of two just past 2^53
+            const int desplazamiento = 1 + static_cast<int>(azar() % 11);
+            const uint64_t mantisa = (azar() >> 11) | uint64_t{1} << 52;
+            digitos =
+                std::to_string(mantisa << desplazamiento | uint64_t{1} << (desplazamiento - 1));
+        }
+        const size_t punto = azar() % digitos.size();
+        std::string entero = punto == 0 ? "0" : digitos.substr(0, punto);
+        if (entero.size() > 1 && entero[0] == '0') // JSON's integer part has no leading zero
+            entero[0] = '1';
+        const std::string fraccion = punto == 0 ? digitos : digitos.substr(punto);
+        const int exponente = static_cast<int>(azar() % 700) - 360;
+        textos.push_back(entero + "." + fraccion +
+                         (i % 3 == 0 ? "" : "e" + std::to_string(exponente)));
+    }
+    std::string documento = "[";
+    for (const std::string &texto : textos)
+        documento += texto + ",";
+    documento.back() = ']';
+    Tree tree{nullptr};
+    ASSERT_EQ(read_tree(documento, tree), CIERTO);
+    const auto esperado = [](const std::string &texto) {
+        double valor = 0.0;
+        if (std::from_chars(texto.data(), texto.data() + texto.size(), valor).ec ==
+            std::errc::result_out_of_range)
+            valor = texto.find("e-") != std::string::npos ? 0.0 : HUGE_VAL;
+        return valor;
+    };
+    for (size_t i = 0; i < textos.size(); ++i) {
+        const double valor = esperado(textos[i]);
+        ASSERT_EQ(std::memcmp(&element_at(tree.raiz, static_cast<uint32_t>(i))->valor_double,
+                              &valor, sizeof valor),
+                  0)
+            << textos[i];
+        if (i % 8 != 0)
+            continue;
+        anlex_palabras_reservadas_t *palabras = anlex_crea_palabras_reservadas_vacio();
+        anlex_t *lex = anlex_crea_analizando_memoria_utf8(textos[i].c_str(), &palabras, CIERTO);
+        anlex_inicia(lex);
+        ASSERT_EQ(anlex_lee_token(lex), uint32_t{ANLEX_CTE_REAL}) << textos[i];
+        const double del_lexer = anlex_get_cte_real(lex);
+        anlex_destruye(&lex);
+        ASSERT_EQ(std::memcmp(&del_lexer, &valor, sizeof valor), 0) << textos[i];
+    }
 }
 
 // 1,024 levels read; one more refuses the whole read, lenient arrays or not.
