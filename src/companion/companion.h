@@ -4,6 +4,7 @@
 #include "tqbase.h"
 
 #include "arrays.h"
+#include "block_batches.h"
 #include "byte_strings.h"
 #include "directory.h"
 #include "files.h"

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "block_batches.h"
 #include "small_blocks.h"
 #include "verifica.h"
 
@@ -24,6 +25,11 @@ void *marlspy_nousar_malloc(size_t tam) {
     if (!bloque)
         i_sin_memoria(tam);
     return bloque;
+}
+
+void marlspy_nousar_malloc_lote(size_t tam, void **bloques, uint32_t num) {
+    for (uint32_t i = 0; i < num; ++i)
+        bloques[i] = marlspy_nousar_malloc(tam);
 }
 
 void *marlspy_nousar_calloc(size_t num, size_t tam) {
@@ -70,6 +76,15 @@ void marlspy_nousar_free_pp(void *puntero, size_t) {
     else
         std::free(bloque);
     i_anula_puntero(puntero);
+}
+
+void marlspy_nousar_free_lote(void *const *bloques, uint32_t num) {
+    for (uint32_t i = 0; i < num; ++i) {
+        if (i_es_bloque_pequeno(bloques[i]))
+            i_devuelve_bloque_pequeno(bloques[i]);
+        else
+            std::free(bloques[i]);
+    }
 }
 
 void *marlspy_nousar_asigna_doble_puntero(void *puntero) {

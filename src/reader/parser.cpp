@@ -33,6 +33,10 @@ struct i_contenedor_leido {
     size_t primer_hijo;
 };
 
+// Nodes are taken from the memory component in batches: one call for many records, which the
+// read then places in the order it makes them.
+constexpr uint32_t i_NODOS_POR_LOTE = 64;
+
 struct i_lectura {
     anlex_t *lex;
     tqbool decodifica;
@@ -42,7 +46,36 @@ struct i_lectura {
     std::vector<void *> hijos;
     std::u16string ancho; // names outside ASCII, widened before they are copied
     bool demasiado_profundo;
+    void *nodos[i_NODOS_POR_LOTE]; // from `siguiente_nodo` on, not yet made into nodes
+    uint32_t siguiente_nodo = i_NODOS_POR_LOTE;
 };
+
+tqjson2_nodo_t *i_nodo(i_lectura &lectura, int32_t tipo, arr_puntero_t *hijos, char *cadena,
+                       tqbool texto_decodificado, int32_t entero, double valor_double,
+                       tqbool booleano) {
+    if (lectura.siguiente_nodo == i_NODOS_POR_LOTE) {
+        marlspy_nousar_malloc_lote(sizeof(tqjson2_nodo_t), lectura.nodos, i_NODOS_POR_LOTE);
+        lectura.siguiente_nodo = 0;
+    }
+    auto *nodo = static_cast<tqjson2_nodo_t *>(lectura.nodos[lectura.siguiente_nodo++]);
+    i_inicia_nodo(nodo, tipo, hijos, hijos, cadena, texto_decodificado, entero, valor_double,
+                  booleano);
+    return nodo;
+}
+tqjson2_nodo_t *i_nodo_entero(i_lectura &lectura, int32_t entero) {
+    return i_nodo(lectura, TQJSON_TIPO_ENTERO, nullptr, nullptr, FALSO, entero, i_DOUBLE_RELLENO,
+                  FALSO);
+}
+tqjson2_nodo_t *i_nodo_double(i_lectura &lectura, double valor) {
+    return i_nodo(lectura, TQJSON_TIPO_DOUBLE, nullptr, nullptr, FALSO, i_ENTERO_RELLENO, valor,
+                  FALSO);
+}
+// Booleans, null, and containers (which take their children over).
+tqjson2_nodo_t *i_nodo_sin_numero(i_lectura &lectura, int32_t tipo, arr_puntero_t *hijos,
+                                  tqbool booleano) {
+    return i_nodo(lectura, tipo, hijos, nullptr, FALSO, i_ENTERO_RELLENO, i_DOUBLE_RELLENO,
+                  booleano);
+}
 
 bool i_palabra_json(const char *p, size_t longitud, uint32_t *id) {
     for (const i_palabra_reservada &reservada : i_PALABRAS_RESERVADAS)
@@ -120,8 +153,8 @@ tqjson2_nodo_t *i_crea_contenedor(i_lectura &lectura, const i_contenedor_leido &
     arr_puntero_t *hijos =
         arr_CreaPunteroConTipoCon(lectura.hijos.data() + contenedor.primer_hijo, num);
     lectura.hijos.resize(contenedor.primer_hijo);
-    return contenedor.es_objeto ? i_crea_nodo_objeto_con_atributos(&hijos)
-                                : i_crea_nodo_array_con_valores(&hijos);
+    return i_nodo_sin_numero(lectura, contenedor.es_objeto ? TQJSON_TIPO_OBJETO : TQJSON_TIPO_ARRAY,
+                             hijos, FALSO);
 }
 
 // Widens ASCII sixteen bytes a step, as far as whole steps go, then byte by byte.
@@ -180,7 +213,8 @@ tqjson2_nodo_t *i_crea_nodo_literal(i_lectura &lectura) {
             std::memcpy(texto, bytes, longitud);
             texto[longitud] = '\0';
         }
-        return i_crea_nodo_cadena(&texto, lectura.decodifica);
+        return i_nodo(lectura, TQJSON_TIPO_CADENA, nullptr, texto, lectura.decodifica,
+                      i_ENTERO_RELLENO, i_DOUBLE_RELLENO, FALSO);
     }
     const char16_t *literal = i_literal_ancho(lectura);
     char16_t *texto = lectura.decodifica == CIERTO
@@ -203,40 +237,40 @@ i_valor i_lee_negativo(i_lectura &lectura, tqjson2_nodo_t **nodo) {
     if (token == ANLEX_CTE_ENTERA) {
         int32_t corto = 0;
         if (i_entero_corto(lectura.actual, &corto)) {
-            *nodo = tqjson2_crea_nodo_entero(-corto);
+            *nodo = i_nodo_entero(lectura, -corto);
             return i_valor::leido;
         }
         const double cte_double = i_valor_constante(lectura);
         i_VERIFICA(cambtipo_se_puede_double_a_long(cte_double) == CIERTO);
-        *nodo = tqjson2_crea_nodo_entero(-cambtipo_double_a_long(cte_double));
+        *nodo = i_nodo_entero(lectura, -cambtipo_double_a_long(cte_double));
         return i_valor::leido;
     }
     if (token != ANLEX_CTE_REAL)
         return i_valor::fallido;
     i_VERIFICA(token == ANLEX_CTE_REAL);
-    *nodo = tqjson2_crea_nodo_double(-i_valor_constante(lectura));
+    *nodo = i_nodo_double(lectura, -i_valor_constante(lectura));
     return i_valor::leido;
 }
 
-tqjson2_nodo_t *i_crea_nodo_entero(const i_lectura &lectura) {
+tqjson2_nodo_t *i_crea_nodo_entero(i_lectura &lectura) {
     int32_t corto = 0;
     if (i_entero_corto(lectura.actual, &corto))
-        return tqjson2_crea_nodo_entero(corto);
-    return tqjson2_crea_nodo_entero(cambtipo_double_a_long(i_valor_constante(lectura)));
+        return i_nodo_entero(lectura, corto);
+    return i_nodo_entero(lectura, cambtipo_double_a_long(i_valor_constante(lectura)));
 }
 
 tqjson2_nodo_t *i_crea_nodo_palabra(i_lectura &lectura) {
     switch (lectura.actual.id_palabra) {
         case i_PALABRA_RESERVADA_TRUE:
-            return tqjson2_crea_nodo_booleano(CIERTO);
+            return i_nodo_sin_numero(lectura, TQJSON_TIPO_BOOLEANO, nullptr, CIERTO);
         case i_PALABRA_RESERVADA_FALSE:
-            return tqjson2_crea_nodo_booleano(FALSO);
+            return i_nodo_sin_numero(lectura, TQJSON_TIPO_BOOLEANO, nullptr, FALSO);
         default: {
             anlex_t *lex = lectura.lex;
             i_situa_lexer(lectura);
             i_VERIFICA(anlex_get_palabra_reservada_enum(lex, i_palabra_reservada_t) ==
                        i_PALABRA_RESERVADA_NULL);
-            return tqjson2_crea_nodo_null();
+            return i_nodo_sin_numero(lectura, TQJSON_TIPO_NULL, nullptr, FALSO);
         }
     }
 }
@@ -259,7 +293,7 @@ tqjson2_nodo_t *i_crea_nodo_palabra(i_lectura &lectura) {
         case ANLEX_MENOS:
             return i_lee_negativo(lectura, nodo);
         case ANLEX_CTE_REAL:
-            *nodo = tqjson2_crea_nodo_double(i_valor_constante(lectura));
+            *nodo = i_nodo_double(lectura, i_valor_constante(lectura));
             return i_valor::leido;
         case ANLEX_LITERAL:
             *nodo = i_crea_nodo_literal(lectura);
@@ -398,5 +432,8 @@ tqbool i_lee_json(anlex_t *lex, tqbool decodifica_secuencias_escape, tqjson2_nod
     i_lectura lectura{};
     lectura.lex = lex;
     lectura.decodifica = decodifica_secuencias_escape;
-    return i_lee_nodo_raiz(lectura, nodo);
+    const tqbool resultado = i_lee_nodo_raiz(lectura, nodo);
+    marlspy_nousar_free_lote(lectura.nodos + lectura.siguiente_nodo,
+                             i_NODOS_POR_LOTE - lectura.siguiente_nodo);
+    return resultado;
 }

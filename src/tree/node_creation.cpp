@@ -12,11 +12,8 @@ tqjson2_nodo_t *i_crea_nodo(int32_t tipo, arr_puntero_t **atributos_objeto,
                             tqbool texto_decodificado, int32_t entero, double valor_double,
                             tqbool booleano) {
     tqjson2_nodo_t *nodo = i_nuevo<tqjson2_nodo_t>();
-    nodo->tipo = tipo;
-    nodo->texto_decodificado = texto_decodificado;
-    nodo->booleano = booleano;
-    i_guarda_valor(nodo, i_toma_opcional(atributos_objeto), i_toma_opcional(valores_array),
-                   i_toma_opcional(cadena_utf8), entero, valor_double);
+    i_inicia_nodo(nodo, tipo, i_toma_opcional(atributos_objeto), i_toma_opcional(valores_array),
+                  i_toma_opcional(cadena_utf8), texto_decodificado, entero, valor_double, booleano);
     return nodo;
 }
 

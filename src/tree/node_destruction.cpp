@@ -4,27 +4,59 @@
 
 #include "tree/nodes.h"
 
+namespace {
+
+// The records of a tree being destroyed go back to the memory component many at a time.
+class i_liberaciones {
+  public:
+    i_liberaciones() = default;
+    i_liberaciones(const i_liberaciones &) = delete;
+    i_liberaciones &operator=(const i_liberaciones &) = delete;
+    ~i_liberaciones() { vacia(); }
+    void agrega(void *bloque) {
+        if (num_ == i_MAX)
+            vacia();
+        bloques_[num_++] = bloque;
+    }
+
+  private:
+    static constexpr uint32_t i_MAX = 128;
+    void vacia() {
+        marlspy_nousar_free_lote(bloques_, num_);
+        num_ = 0;
+    }
+    void *bloques_[i_MAX];
+    uint32_t num_ = 0;
+};
+
 // Frees the member's name and record and hands back the value it owned (null for a borrowed
 // or missing value), which the caller destroys.
-static tqjson2_nodo_t *i_desmonta_atributo(tqjson2_atributo_t **atributo) {
-    tqjson2_atributo_t *a = i_toma(atributo);
+tqjson2_nodo_t *i_desmonta_atributo(tqjson2_atributo_t *a, i_liberaciones &liberaciones) {
     if (a->nombre != i_nombre_en_linea(a))
         widestr_nousar_destruye(&a->nombre, i_MODULO, __LINE__);
     tqjson2_nodo_t *valor_propio = (a->es_propietario == CIERTO) ? a->valor : nullptr;
-    i_libera(&a);
+    liberaciones.agrega(a);
     return valor_propio;
 }
+
+} // namespace
 
 void i_destruye_atributo(tqjson2_atributo_t **atributo) {
     if (!i_VERIFICA((atributo) != NULL) || !i_VERIFICA((*atributo) != NULL))
         return;
-    if (tqjson2_nodo_t *valor = i_desmonta_atributo(atributo))
+    tqjson2_nodo_t *valor = nullptr;
+    {
+        i_liberaciones liberaciones;
+        valor = i_desmonta_atributo(i_toma(atributo), liberaciones);
+    }
+    if (valor)
         tqjson2_destruye_nodo(&valor);
 }
 
 // Moves the nodes that `nodo` owns onto `pendientes`, frees everything else it holds and the
 // record itself.
-static void i_desmonta_nodo(tqjson2_nodo_t *nodo, std::vector<tqjson2_nodo_t *> &pendientes) {
+static void i_desmonta_nodo(tqjson2_nodo_t *nodo, std::vector<tqjson2_nodo_t *> &pendientes,
+                            i_liberaciones &liberaciones) {
     switch (nodo->tipo) {
         case TQJSON_TIPO_OBJETO:
             if (nodo->atributos_objeto) {
@@ -32,7 +64,8 @@ static void i_desmonta_nodo(tqjson2_nodo_t *nodo, std::vector<tqjson2_nodo_t *> 
                 void *const *atributos = arr_DatosPunteroConTipo(nodo->atributos_objeto, &num);
                 for (uint32_t i = 0; i < num; ++i) {
                     auto *atributo = static_cast<tqjson2_atributo_t *>(atributos[i]);
-                    if (tqjson2_nodo_t *valor = atributo ? i_desmonta_atributo(&atributo) : nullptr)
+                    if (tqjson2_nodo_t *valor =
+                            atributo ? i_desmonta_atributo(atributo, liberaciones) : nullptr)
                         pendientes.push_back(valor);
                 }
                 arr_DestruyeEstructurasConTipo(&nodo->atributos_objeto, nullptr);
@@ -49,7 +82,7 @@ static void i_desmonta_nodo(tqjson2_nodo_t *nodo, std::vector<tqjson2_nodo_t *> 
             }
             break;
         case TQJSON_TIPO_CADENA:
-            marlstr_destruye(&nodo->cadena_utf8);
+            liberaciones.agrega(nodo->cadena_utf8); // a block of the memory component
             break;
         case TQJSON_TIPO_ENTERO:
         case TQJSON_TIPO_DOUBLE:
@@ -60,17 +93,18 @@ static void i_desmonta_nodo(tqjson2_nodo_t *nodo, std::vector<tqjson2_nodo_t *> 
             i_ERROR_DEFAULT(); // the record is freed all the same
             break;
     }
-    i_libera(&nodo);
+    liberaciones.agrega(nodo);
 }
 
 void tqjson2_destruye_nodo(tqjson2_nodo_t **nodo) {
     if (!i_VERIFICA((nodo) != NULL) || !i_VERIFICA((*nodo) != NULL))
         return;
     std::vector<tqjson2_nodo_t *> pendientes{i_toma(nodo)};
+    i_liberaciones liberaciones;
     while (!pendientes.empty()) {
         tqjson2_nodo_t *siguiente = pendientes.back();
         pendientes.pop_back();
-        i_desmonta_nodo(siguiente, pendientes);
+        i_desmonta_nodo(siguiente, pendientes, liberaciones);
     }
 }
 

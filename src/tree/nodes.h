@@ -72,6 +72,17 @@ inline void i_guarda_valor(tqjson2_nodo_t *nodo, arr_puntero_t *atributos_objeto
     }
 }
 
+// Fills a new node's fields in order, storing the value of its kind (i_guarda_valor).
+inline void i_inicia_nodo(tqjson2_nodo_t *nodo, int32_t tipo, arr_puntero_t *atributos_objeto,
+                          arr_puntero_t *valores_array, char *cadena_utf8,
+                          tqbool texto_decodificado, int32_t entero, double valor_double,
+                          tqbool booleano) {
+    nodo->tipo = tipo;
+    nodo->texto_decodificado = texto_decodificado;
+    nodo->booleano = booleano;
+    i_guarda_valor(nodo, atributos_objeto, valores_array, cadena_utf8, entero, valor_double);
+}
+
 // A member's name is a block of its own, or stands in the member's block right after its
 // fields (i_crea_atributo_con_nombre_en_linea): one allocation for the members a read makes.
 struct tqjson2_atributo {
@@ -87,8 +98,8 @@ inline char16_t *i_nombre_en_linea(tqjson2_atributo_t *atributo) {
                                         sizeof(tqbool));
 }
 
-// Allocates a node and fills its fields in order. The three pointers are taken over through
-// their addresses; a null address gives a null field.
+// Allocates a node and fills its fields in order (i_inicia_nodo). The three pointers are taken over
+// through their addresses; a null address gives a null field.
 tqjson2_nodo_t *i_crea_nodo(int32_t tipo, arr_puntero_t **atributos_objeto,
                             arr_puntero_t **valores_array, char **cadena_utf8,
                             tqbool texto_decodificado, int32_t entero, double valor_double,
