@@ -27,9 +27,32 @@ void *marlspy_nousar_malloc(size_t tam) {
     return bloque;
 }
 
+// The class, the heap and the count are settled once for the batch; the blocks come from the
+// class's current chunk while it has them, the rest one by one.
 void marlspy_nousar_malloc_lote(size_t tam, void **bloques, uint32_t num) {
-    for (uint32_t i = 0; i < num; ++i)
-        bloques[i] = marlspy_nousar_malloc(tam);
+    uint32_t hechos = 0;
+#if !defined(TQ_SIN_BLOQUES_PEQUENOS)
+    if (tam <= i_MAX_BLOQUE_PEQUENO) {
+        const size_t clase = i_clase_de(tam);
+        const size_t tam_clase = i_tam_clase(clase);
+        i_monton *monton = i_monton_del_hilo();
+        if (i_trozo *trozo = monton->actual[clase]) {
+            for (; hechos < num && trozo->libres; ++hechos) {
+                bloques[hechos] = trozo->libres;
+                trozo->libres = trozo->libres->siguiente;
+            }
+            for (; hechos < num && static_cast<size_t>(trozo->fin - trozo->sin_usar) >= tam_clase;
+                 ++hechos) {
+                bloques[hechos] = trozo->sin_usar;
+                trozo->sin_usar += tam_clase;
+            }
+            trozo->vivos += hechos;
+            i_cuenta(monton, static_cast<int64_t>(hechos * tam_clase));
+        }
+    }
+#endif
+    for (; hechos < num; ++hechos)
+        bloques[hechos] = marlspy_nousar_malloc(tam);
 }
 
 void *marlspy_nousar_calloc(size_t num, size_t tam) {
@@ -78,13 +101,21 @@ void marlspy_nousar_free_pp(void *puntero, size_t) {
     i_anula_puntero(puntero);
 }
 
+// As marlspy_nousar_free_pp a block, with the heap found and the count made once.
 void marlspy_nousar_free_lote(void *const *bloques, uint32_t num) {
+    i_monton *monton = nullptr;
+    int64_t devueltos = 0;
     for (uint32_t i = 0; i < num; ++i) {
-        if (i_es_bloque_pequeno(bloques[i]))
-            i_devuelve_bloque_pequeno(bloques[i]);
-        else
+        if (!i_es_bloque_pequeno(bloques[i])) {
             std::free(bloques[i]);
+            continue;
+        }
+        if (!monton)
+            monton = i_monton_del_hilo();
+        devueltos += static_cast<int64_t>(i_devuelve_sin_contar(monton, bloques[i]));
     }
+    if (monton)
+        i_cuenta(monton, -devueltos);
 }
 
 void *marlspy_nousar_asigna_doble_puntero(void *puntero) {

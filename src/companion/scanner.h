@@ -159,7 +159,8 @@ inline constexpr uint64_t i_POTENCIAS_DE_DIEZ_ENTERAS[] = {
 
 // Gathers the digits from `p` into `significando` (modulo 2^64 beyond 19 digits): eight a step
 // while eight bytes remain before the end, the last few of a run in one step too.
-inline const char *i_acumula_digitos(const char *p, const char *fin, uint64_t &significando) {
+[[gnu::always_inline]] inline const char *i_acumula_digitos(const char *p, const char *fin,
+                                                            uint64_t &significando) {
     while (fin - p >= 8) {
         uint64_t ocho;
         std::memcpy(&ocho, p, sizeof ocho);
@@ -186,7 +187,7 @@ inline const char *i_acumula_digitos(const char *p, const char *fin, uint64_t &s
     return p;
 }
 
-inline i_numero_escaneado i_escanea_numero(const char *p, const char *fin) {
+[[gnu::always_inline]] inline i_numero_escaneado i_escanea_numero(const char *p, const char *fin) {
     i_numero_escaneado n{};
     // An integer part other than 0 begins with its first significant digit.
     const char *q = *p == '0' ? p + 1 : i_acumula_digitos(p, fin, n.significando);

@@ -144,7 +144,7 @@ inline i_monton *i_monton_del_hilo() {
     return i_monton_para_hilo_nuevo();
 }
 
-inline void i_cuenta(i_monton *monton, int64_t bytes) {
+[[gnu::always_inline]] inline void i_cuenta(i_monton *monton, int64_t bytes) {
     const int64_t pendiente = monton->pendiente.load(std::memory_order_relaxed) + bytes;
     if (static_cast<uint64_t>(pendiente + i_LOTE_CUENTA) > uint64_t{2 * i_LOTE_CUENTA})
         i_vuelca_cuenta(monton, pendiente);
@@ -183,19 +183,26 @@ inline void i_cuenta(i_monton *monton, int64_t bytes) {
 #endif
 }
 
-// Gives a pool block back, from any thread.
-[[gnu::always_inline]] inline void i_devuelve_bloque_pequeno(void *bloque) {
+// Gives a pool block back to `monton`, the calling thread's heap, from any thread, and returns
+// its size, which the caller counts.
+[[gnu::always_inline]] inline size_t i_devuelve_sin_contar(i_monton *monton, void *bloque) {
     i_trozo *trozo = i_trozo_de(bloque);
-    i_monton *monton = i_monton_del_hilo();
-    i_cuenta(monton, -static_cast<int64_t>(i_tam_clase(trozo->clase)));
+    const size_t tam = i_tam_clase(trozo->clase);
     auto *libre = static_cast<i_bloque *>(bloque);
     // Only this thread makes its own heap a chunk's owner, so a stale view cannot match.
     if (trozo->monton.load(std::memory_order_relaxed) != monton) {
         i_devuelve_remoto(trozo, libre);
-        return;
+        return tam;
     }
     libre->siguiente = trozo->libres;
     trozo->libres = libre;
     if (--trozo->vivos == 0 || trozo->estado == i_TROZO_LLENO) [[unlikely]]
         i_cambia_trozo(monton, trozo);
+    return tam;
+}
+
+// Gives a pool block back, from any thread.
+[[gnu::always_inline]] inline void i_devuelve_bloque_pequeno(void *bloque) {
+    i_monton *monton = i_monton_del_hilo();
+    i_cuenta(monton, -static_cast<int64_t>(i_devuelve_sin_contar(monton, bloque)));
 }

@@ -50,9 +50,10 @@ struct i_lectura {
     uint32_t siguiente_nodo = i_NODOS_POR_LOTE;
 };
 
-tqjson2_nodo_t *i_nodo(i_lectura &lectura, int32_t tipo, arr_puntero_t *hijos, char *cadena,
-                       tqbool texto_decodificado, int32_t entero, double valor_double,
-                       tqbool booleano) {
+[[gnu::always_inline]] inline tqjson2_nodo_t *i_nodo(i_lectura &lectura, int32_t tipo,
+                                                     arr_puntero_t *hijos, char *cadena,
+                                                     tqbool texto_decodificado, int32_t entero,
+                                                     double valor_double, tqbool booleano) {
     if (lectura.siguiente_nodo == i_NODOS_POR_LOTE) {
         marlspy_nousar_malloc_lote(sizeof(tqjson2_nodo_t), lectura.nodos, i_NODOS_POR_LOTE);
         lectura.siguiente_nodo = 0;
@@ -116,7 +117,7 @@ const char16_t *i_literal_ancho(i_lectura &lectura) {
 
 // The current constant's value: from its scan where that is exact, else from the lexer, which
 // converts its text the slow way.
-double i_valor_constante(const i_lectura &lectura) {
+[[gnu::always_inline]] inline double i_valor_constante(const i_lectura &lectura) {
     double valor = 0.0;
     if (i_valor_escaneado(lectura.actual.numero, &valor))
         return valor;
@@ -232,7 +233,7 @@ bool i_entero_corto(const i_token_escaneado &token, int32_t *valor) {
     return true;
 }
 
-i_valor i_lee_negativo(i_lectura &lectura, tqjson2_nodo_t **nodo) {
+[[gnu::always_inline]] inline i_valor i_lee_negativo(i_lectura &lectura, tqjson2_nodo_t **nodo) {
     const uint32_t token = i_lee_token(lectura);
     if (token == ANLEX_CTE_ENTERA) {
         int32_t corto = 0;
@@ -252,7 +253,7 @@ i_valor i_lee_negativo(i_lectura &lectura, tqjson2_nodo_t **nodo) {
     return i_valor::leido;
 }
 
-tqjson2_nodo_t *i_crea_nodo_entero(i_lectura &lectura) {
+[[gnu::always_inline]] inline tqjson2_nodo_t *i_crea_nodo_entero(i_lectura &lectura) {
     int32_t corto = 0;
     if (i_entero_corto(lectura.actual, &corto))
         return i_nodo_entero(lectura, corto);
