@@ -233,8 +233,10 @@ bool i_entero_corto(const i_token_escaneado &token, int32_t *valor) {
     return true;
 }
 
-[[gnu::always_inline]] inline i_valor i_lee_negativo(i_lectura &lectura, tqjson2_nodo_t **nodo) {
-    const uint32_t token = i_lee_token(lectura);
+// The value of a minus sign whose next token is current.
+[[gnu::always_inline]] inline i_valor i_negativo_del_actual(i_lectura &lectura,
+                                                            tqjson2_nodo_t **nodo) {
+    const uint32_t token = lectura.actual.token;
     if (token == ANLEX_CTE_ENTERA) {
         int32_t corto = 0;
         if (i_entero_corto(lectura.actual, &corto)) {
@@ -251,6 +253,11 @@ bool i_entero_corto(const i_token_escaneado &token, int32_t *valor) {
     i_VERIFICA(token == ANLEX_CTE_REAL);
     *nodo = i_nodo_double(lectura, -i_valor_constante(lectura));
     return i_valor::leido;
+}
+
+[[gnu::always_inline]] inline i_valor i_lee_negativo(i_lectura &lectura, tqjson2_nodo_t **nodo) {
+    i_lee_token(lectura);
+    return i_negativo_del_actual(lectura, nodo);
 }
 
 [[gnu::always_inline]] inline tqjson2_nodo_t *i_crea_nodo_entero(i_lectura &lectura) {
@@ -307,6 +314,39 @@ tqjson2_nodo_t *i_crea_nodo_palabra(i_lectura &lectura) {
     }
 }
 
+// A number whose first digit, or the minus sign right before it, stands at `p`: the tokens the
+// general scan would find there, scanned directly.
+[[gnu::always_inline]] inline i_valor i_lee_numero(i_lectura &lectura, const char *p,
+                                                   tqjson2_nodo_t **nodo) {
+    const bool negativo = *p == '-';
+    i_token_escaneado &t = lectura.actual;
+    t.inicio = p + (negativo ? 1 : 0);
+    t.numero = i_escanea_numero(t.inicio, lectura.fin);
+    t.fin = t.numero.fin;
+    t.token = t.numero.real ? ANLEX_CTE_REAL : ANLEX_CTE_ENTERA;
+    if (negativo)
+        return i_negativo_del_actual(lectura, nodo);
+    *nodo = t.numero.real ? i_nodo_double(lectura, i_valor_constante(lectura))
+                          : i_crea_nodo_entero(lectura);
+    return i_valor::leido;
+}
+
+// Where a value may begin: a number, the most frequent, is taken at once; anything else through
+// the general scan. `p` is the first byte that is no blank.
+[[gnu::always_inline]] inline i_valor i_empieza_valor_en(i_lectura &lectura, const char *p,
+                                                         tqjson2_nodo_t **nodo) {
+    if (i_es(*p, i_DIGITO) || (*p == '-' && i_es(p[1], i_DIGITO)))
+        return i_lee_numero(lectura, p, nodo);
+    return i_empieza_valor(lectura, nodo);
+}
+
+// Makes the one-byte punctuation mark at `p` the current token.
+void i_puntuacion_en(i_lectura &lectura, const char *p, uint32_t token) {
+    lectura.actual.token = token;
+    lectura.actual.inicio = p;
+    lectura.actual.fin = p + 1;
+}
+
 // An array judges the token at which a value failed: its closing bracket ends it, a comma
 // that the comma rule accepts lets it go on, anything else fails it.
 i_paso i_juzga_array(i_lectura &lectura) {
@@ -353,10 +393,14 @@ i_paso i_juzga_array(i_lectura &lectura) {
             return objeto.coma == CIERTO ? i_paso::termina_mal : i_paso::termina_bien;
         case ANLEX_LITERAL: {
             lectura.hijos.push_back(i_crea_atributo_del_nombre(lectura));
-            if (i_lee_token(lectura) != ANLEX_DOS_PUNTOS)
+            const char *p = i_salta_blancos(lectura.actual.fin, lectura.fin);
+            if (*p == ':')
+                i_puntuacion_en(lectura, p, ANLEX_DOS_PUNTOS);
+            else if (i_lee_token(lectura) != ANLEX_DOS_PUNTOS)
                 return i_paso::termina_mal;
             tqjson2_nodo_t *nodo = nullptr;
-            const i_valor valor = i_empieza_valor(lectura, &nodo); // may grow the stack
+            p = i_salta_blancos(lectura.actual.fin, lectura.fin);
+            const i_valor valor = i_empieza_valor_en(lectura, p, &nodo); // may grow the stack
             return i_recibe(lectura, valor, nodo);
         }
         default:
@@ -364,9 +408,15 @@ i_paso i_juzga_array(i_lectura &lectura) {
     }
 }
 
+// The punctuation that follows an array's values is judged at once; values begin as above.
 [[gnu::always_inline]] inline i_paso i_paso_array(i_lectura &lectura) {
+    const char *p = i_salta_blancos(lectura.actual.fin, lectura.fin);
+    if (*p == ',' || *p == ']') {
+        i_puntuacion_en(lectura, p, *p == ',' ? ANLEX_COMA : ANLEX_CORCH_CER);
+        return i_juzga_array(lectura);
+    }
     tqjson2_nodo_t *nodo = nullptr;
-    const i_valor valor = i_empieza_valor(lectura, &nodo);
+    const i_valor valor = i_empieza_valor_en(lectura, p, &nodo);
     return i_recibe(lectura, valor, nodo);
 }
 
