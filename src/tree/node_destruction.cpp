@@ -53,8 +53,29 @@ void i_destruye_atributo(tqjson2_atributo_t **atributo) {
         tqjson2_destruye_nodo(&valor);
 }
 
-// Moves the nodes that `nodo` owns onto `pendientes`, frees everything else it holds and the
-// record itself.
+// Frees a node that holds no other node (a scalar or a string) at once; a container waits on
+// `pendientes`, and so does a node of no known kind, whose report i_desmonta_nodo makes.
+[[gnu::always_inline]] static inline void i_desmonta_hijo(tqjson2_nodo_t *nodo,
+                                                          std::vector<tqjson2_nodo_t *> &pendientes,
+                                                          i_liberaciones &liberaciones) {
+    switch (nodo->tipo) {
+        case TQJSON_TIPO_CADENA:
+            liberaciones.agrega(nodo->cadena_utf8); // a block of the memory component
+            [[fallthrough]];
+        case TQJSON_TIPO_ENTERO:
+        case TQJSON_TIPO_DOUBLE:
+        case TQJSON_TIPO_BOOLEANO:
+        case TQJSON_TIPO_NULL:
+            liberaciones.agrega(nodo);
+            break;
+        default:
+            pendientes.push_back(nodo);
+            break;
+    }
+}
+
+// Takes apart what `nodo` owns (its children through i_desmonta_hijo), frees everything else it
+// holds and the record itself.
 static void i_desmonta_nodo(tqjson2_nodo_t *nodo, std::vector<tqjson2_nodo_t *> &pendientes,
                             i_liberaciones &liberaciones) {
     switch (nodo->tipo) {
@@ -66,7 +87,7 @@ static void i_desmonta_nodo(tqjson2_nodo_t *nodo, std::vector<tqjson2_nodo_t *> 
                     auto *atributo = static_cast<tqjson2_atributo_t *>(atributos[i]);
                     if (tqjson2_nodo_t *valor =
                             atributo ? i_desmonta_atributo(atributo, liberaciones) : nullptr)
-                        pendientes.push_back(valor);
+                        i_desmonta_hijo(valor, pendientes, liberaciones);
                 }
                 arr_DestruyeEstructurasConTipo(&nodo->atributos_objeto, nullptr);
             }
@@ -77,12 +98,13 @@ static void i_desmonta_nodo(tqjson2_nodo_t *nodo, std::vector<tqjson2_nodo_t *> 
                 void *const *valores = arr_DatosPunteroConTipo(nodo->valores_array, &num);
                 for (uint32_t i = 0; i < num; ++i)
                     if (valores[i])
-                        pendientes.push_back(static_cast<tqjson2_nodo_t *>(valores[i]));
+                        i_desmonta_hijo(static_cast<tqjson2_nodo_t *>(valores[i]), pendientes,
+                                        liberaciones);
                 arr_DestruyeEstructurasConTipo(&nodo->valores_array, nullptr);
             }
             break;
         case TQJSON_TIPO_CADENA:
-            liberaciones.agrega(nodo->cadena_utf8); // a block of the memory component
+            liberaciones.agrega(nodo->cadena_utf8);
             break;
         case TQJSON_TIPO_ENTERO:
         case TQJSON_TIPO_DOUBLE:
