@@ -44,8 +44,19 @@ inline bool i_es(char c, i_clase_byte clase) {
     return (i_CLASES_BYTE[static_cast<unsigned char>(c)] & clase) != 0;
 }
 
-// Indented text puts long runs of spaces after each line feed: they are passed eight at a time.
+// Indented text puts long runs of spaces after each line feed: they are passed sixteen at a time
+// where the processor has SSE2, else eight.
 inline const char *i_salta_sangria(const char *p, const char *fin) {
+#if defined(__SSE2__) || defined(_M_X64)
+    const __m128i espacios = _mm_set1_epi8(' ');
+    while (fin - p >= 16) {
+        const __m128i x = _mm_loadu_si128(reinterpret_cast<const __m128i *>(p));
+        const auto iguales = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(x, espacios)));
+        if (iguales != 0xFFFFu)
+            return p + std::countr_one(iguales);
+        p += 16;
+    }
+#endif
     constexpr uint64_t i_OCHO_ESPACIOS = 0x2020202020202020u;
     while (fin - p >= 8) {
         uint64_t ocho;
@@ -134,7 +145,7 @@ inline i_literal_escaneado i_escanea_literal_json(const char *p, const char *fin
 // The value of eight digits: the first byte, the lowest of the word read from memory, is the
 // leading digit.
 static_assert(std::endian::native == std::endian::little);
-inline uint32_t i_valor_ocho_digitos(uint64_t ocho) {
+[[gnu::always_inline]] inline uint32_t i_valor_ocho_digitos(uint64_t ocho) {
     ocho -= 0x3030303030303030u;
     ocho = ocho * 10 + (ocho >> 8);
     ocho = (((ocho & 0x000000FF000000FFu) * (100 + (1000000ull << 32))) +

@@ -433,13 +433,14 @@ tqbool i_lee_contenedores(i_lectura &lectura, tqjson2_nodo_t **nodo) {
             return FALSO;
         }
         while (paso != i_paso::sigue) {
-            i_contenedor_leido terminado = lectura.pila.back();
-            lectura.pila.pop_back();
+            // The container is finished where it stands on the stack, field by field: a copy
+            // of the whole record would wait for the narrower writes that made it.
             tqjson2_nodo_t *hecho = nullptr;
             if (paso == i_paso::termina_mal)
-                i_descarta(lectura, terminado);
+                i_descarta(lectura, lectura.pila.back());
             else
-                hecho = i_crea_contenedor(lectura, terminado);
+                hecho = i_crea_contenedor(lectura, lectura.pila.back());
+            lectura.pila.pop_back();
             if (lectura.pila.empty()) {
                 *nodo = hecho;
                 return paso == i_paso::termina_bien ? CIERTO : FALSO;
