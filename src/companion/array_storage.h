@@ -103,3 +103,14 @@ template <class A> void i_destruye_array(A **arr) {
     (*arr)->a.libera();
     marlspy_nousar_free_pp(arr, sizeof(A));
 }
+
+// As i_destruye_array, but the blocks it would free (the record, and the element storage when
+// it is a block of its own) go to `bloques` for the caller to free; returns how many.
+template <class A> uint32_t i_desmonta_array(A **arr, void **bloques) {
+    uint32_t num = 0;
+    if (!(*arr)->a.en_linea() && (*arr)->a.datos)
+        bloques[num++] = (*arr)->a.datos;
+    bloques[num++] = *arr;
+    *arr = nullptr;
+    return num;
+}

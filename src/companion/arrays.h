@@ -18,4 +18,9 @@ TQBASE_API void *const *arr_DatosPunteroConTipo(const arr_puntero_t *arr, uint32
 // lets a reader that gathers elements elsewhere build each array in one step.
 TQBASE_API arr_puntero_t *arr_CreaPunteroConTipoCon(void *const *elementos, uint32_t num);
 
+// Takes the array apart for a caller that frees blocks many at a time: the blocks it is made of
+// (at most two: its record, and its element storage when that is a block of its own) go to
+// `bloques`, their count is returned, and the handle is nulled. The elements are not touched.
+TQBASE_API uint32_t arr_DesmontaPunteroConTipo(arr_puntero_t **arr, void **bloques);
+
 TQBASE_C_FIN

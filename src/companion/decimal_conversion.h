@@ -30,7 +30,8 @@ inline constexpr double i_POTENCIAS_EXACTAS_DE_DIEZ[] = {
 
 // The value of `significando` x 10^`exponente` rounded to nearest, ties to even, in `*valor`;
 // false where the caller must convert the text itself. A zero significand is 0.0.
-inline bool i_decimal_a_double(uint64_t significando, int64_t exponente, double *valor) {
+[[gnu::always_inline]] inline bool i_decimal_a_double(uint64_t significando, int64_t exponente,
+                                                      double *valor) {
     if (significando == 0) {
         *valor = 0.0;
         return true;

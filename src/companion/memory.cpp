@@ -105,8 +105,11 @@ void marlspy_nousar_free_pp(void *puntero, size_t) {
 void marlspy_nousar_free_lote(void *const *bloques, uint32_t num) {
     i_monton *monton = nullptr;
     int64_t devueltos = 0;
+    // The region's base is read once: it is set before any block of the pool exists, so a
+    // block in the batch cannot be the pool's under a base read earlier.
+    const uintptr_t base = g_base_region.load(std::memory_order_acquire);
     for (uint32_t i = 0; i < num; ++i) {
-        if (!i_es_bloque_pequeno(bloques[i])) {
+        if (reinterpret_cast<uintptr_t>(bloques[i]) - base >= i_TAM_REGION) {
             std::free(bloques[i]);
             continue;
         }

@@ -76,6 +76,12 @@ void arr_DestruyeEstructurasConTipo(arr_puntero_t **arr, arr_destructor_t destru
     i_destruye_array(arr);
 }
 
+uint32_t arr_DesmontaPunteroConTipo(arr_puntero_t **arr, void **bloques) {
+    if (!i_VERIFICA((arr) != NULL) || !i_VERIFICA((*arr) != NULL) || !i_VERIFICA((bloques) != NULL))
+        return 0;
+    return i_desmonta_array(arr, bloques);
+}
+
 // Index of the first element at or after `inicio` that matches, or ARR_NO_ENCONTRADO.
 static uint32_t i_busca(const arr_puntero *arr, uint32_t inicio, const void *clave,
                         arr_comparador_t comparador) {

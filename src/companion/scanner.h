@@ -236,7 +236,7 @@ inline constexpr uint64_t i_POTENCIAS_DE_DIEZ_ENTERAS[] = {
 
 // The number's value where the scan alone gives it exactly; false where the text must be
 // converted the slow way.
-inline bool i_valor_escaneado(const i_numero_escaneado &n, double *valor) {
+[[gnu::always_inline]] inline bool i_valor_escaneado(const i_numero_escaneado &n, double *valor) {
     return n.exacto && i_decimal_a_double(n.significando, n.exponente, valor);
 }
 

@@ -39,6 +39,14 @@ tqjson2_nodo_t *i_desmonta_atributo(tqjson2_atributo_t *a, i_liberaciones &liber
     return valor_propio;
 }
 
+// Hands a member or element array's own blocks to the batch; its children are the caller's.
+void i_desmonta_array(arr_puntero_t **arr, i_liberaciones &liberaciones) {
+    void *bloques[2];
+    const uint32_t num = arr_DesmontaPunteroConTipo(arr, bloques);
+    for (uint32_t i = 0; i < num; ++i)
+        liberaciones.agrega(bloques[i]);
+}
+
 } // namespace
 
 void i_destruye_atributo(tqjson2_atributo_t **atributo) {
@@ -89,7 +97,7 @@ static void i_desmonta_nodo(tqjson2_nodo_t *nodo, std::vector<tqjson2_nodo_t *> 
                             atributo ? i_desmonta_atributo(atributo, liberaciones) : nullptr)
                         i_desmonta_hijo(valor, pendientes, liberaciones);
                 }
-                arr_DestruyeEstructurasConTipo(&nodo->atributos_objeto, nullptr);
+                i_desmonta_array(&nodo->atributos_objeto, liberaciones);
             }
             break;
         case TQJSON_TIPO_ARRAY:
@@ -100,7 +108,7 @@ static void i_desmonta_nodo(tqjson2_nodo_t *nodo, std::vector<tqjson2_nodo_t *> 
                     if (valores[i])
                         i_desmonta_hijo(static_cast<tqjson2_nodo_t *>(valores[i]), pendientes,
                                         liberaciones);
-                arr_DestruyeEstructurasConTipo(&nodo->valores_array, nullptr);
+                i_desmonta_array(&nodo->valores_array, liberaciones);
             }
             break;
         case TQJSON_TIPO_CADENA:
