@@ -220,6 +220,9 @@ i_al_lado_t i_sistema_crea_al_lado(const i_ruta_t &ruta, bool) {
     const bool existe = stat(al_lado.destino.c_str(), &estado) == 0;
     if (existe ? (!S_ISREG(estado.st_mode) || estado.st_nlink != 1) : errno != ENOENT)
         return al_lado;
+    // A file the caller may not write is not replaced either: the open in place refuses it.
+    if (existe && faccessat(AT_FDCWD, al_lado.destino.c_str(), W_OK, AT_EACCESS) != 0)
+        return al_lado;
     // Made with no more permissions than the target has, so that no one else can read it
     // meanwhile; a new target's mode is an ordinary open's, 0666 less the umask.
     int descriptor = -1;
