@@ -5,6 +5,7 @@
 #include "tqbase/arrays.h"
 #include "tqbase/cadenas.h"
 #include "tqbase/error_interno.h"
+#include "tqbase/ficheros.h"
 #include "tqbase/marlsave.h"
 #include "tqbase/memoria.h"
 #include "tqbase/tipos.h"

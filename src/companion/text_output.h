@@ -6,7 +6,7 @@
 TQBASE_C_INICIO
 
 // Writes as fprintf does (byte format and arguments); the result is fprintf's, or -1 for a
-// null handle.
+// null handle and once a write of the file has failed (the save then fails at lc_fclose).
 TQBASE_API int ctxt_printf(lc_fichero_t *fichero, const char *formato, ...);
 
 TQBASE_C_FIN

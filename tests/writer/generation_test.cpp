@@ -1,6 +1,12 @@
 #include <gtest/gtest.h>
 #include <pthread.h>
 
+#include <csignal>
+#include <iostream>
+#if !defined(_WIN32)
+#include <sys/resource.h>
+#endif
+
 #include "support/recording_handler.h"
 #include "support/temp_file.h"
 #include "support/tree_builder.h"
@@ -154,6 +160,42 @@ TEST(Generation, RefusedRootsAndFilesAreReportedAndWriteNothing) {
     for (const Report &report : handler.reports())
         EXPECT_EQ(report.modulo, "tqjson2: tqjson2");
 }
+
+#if !defined(_WIN32)
+// Settings saved over the old ones by a process whose files may not grow beyond 8 KB, as on a
+// full disk: the old file stays whole, no new file is left, and the failed write is reported
+// once against the writer's open, whose position its open failure shows.
+TEST(Generation, ASaveBeyondTheFileSizeLimitKeepsTheOldFileAndIsReported) {
+    Tree tree{arr({})};
+    for (int i = 0; i < 100000; ++i)
+        tqjson2_append_long_a_array(tree.raiz, i);
+    TempFolder folder;
+    const std::filesystem::path settings = folder / "settings.json";
+    const std::string old = R"({"theme" : "dark", "volume" : 7, "ok" : 1})";
+    fill_file(settings, old);
+    std::vector<Report> expected;
+    {
+        RecordingHandler handler;
+        tqjson2_escribe_fichero(tree.raiz, (folder / "none" / "x.json").u16string().c_str());
+        ASSERT_EQ(handler.conditions(), std::vector<std::string>{"(abierto) != NULL"});
+        expected = {handler.reports()[0]};
+        expected[0].condicion = "(fallo_escritura) == 0";
+    }
+    const auto save_limited = [&] {
+        const rlimit limit{8192, 8192};
+        setrlimit(RLIMIT_FSIZE, &limit);
+        std::signal(SIGXFSZ, SIG_IGN);
+        RecordingHandler handler;
+        tqjson2_escribe_fichero(tree.raiz, settings.u16string().c_str());
+        for (const Report &report : handler.reports())
+            std::cerr << report << "\n";
+        std::_Exit(handler.reports() == expected ? 0 : 1);
+    };
+    EXPECT_EXIT(save_limited(), testing::ExitedWithCode(0), "fallo_escritura");
+    EXPECT_EQ(read_file(settings), old);
+    EXPECT_EQ(folder.names(), std::vector<std::string>{"settings.json"});
+}
+#endif
 
 // Trees that callers broke through the arrays the getters hand out, or that hold one of their
 // own ancestors through a borrowed value: each fault is reported and the walk goes on.
