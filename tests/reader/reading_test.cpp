@@ -119,6 +119,13 @@ TEST(Reading, AFailedFileReadGivesItsLineAndColumn) {
                 {"  42  \n", 2, 1},
                 {"[\"\xC3\xA9\xF0\x9F\x98\x80\" @]", 1, 8},
                 {"\n\n[1,]", 3, 4},
+                {"{\"a\" 1}", 1, 6},
+                {"{\"a\":1,}", 1, 8},
+                {"{\"a\": -}", 1, 8},
+                {"[- 7, - x]", 1, 9},
+                {"[1.5e]", 1, 5},
+                {"[123456789", 1, 11},
+                {"[1 2,\t]", 1, 7},
                 {std::string(1025, '['), 1, 1025}};
     for (const auto &row : rows) {
         const TempFile fichero(row.text);
