@@ -18,7 +18,6 @@ import sys
 from pathlib import Path
 
 LIBRARIES = ["tqjson2", "cJSON", "jansson", "json-c", "RapidJSON", "simdjson"]
-DOCUMENTS = ["canada.json", "citm_catalog.json", "twitter.json"]
 # Row label, benchmark kind, the figure taken from it and how it is shown.
 ROWS = [
     ("read MB/s", "read", "bytes_per_second", lambda v: f"{v / 1e6:.1f}"),
@@ -110,9 +109,11 @@ def main():
     print("Ratios are to tqjson2's figure: above 1x is faster for MB/s, more memory for bytes.")
     print("'-' where a library has no such form.")
     found = figures(report)
-    for document in DOCUMENTS:
-        if not any(key[1] == document for key in found):
-            continue  # left out by a filter
+    documents = []  # in the benchmark's order, each once
+    for key in found:
+        if key[1] not in documents:
+            documents.append(key[1])
+    for document in documents:
         print()
         print(table(found, document))
 

@@ -17,7 +17,9 @@
 #include <rapidjson/writer.h>
 #include <simdjson.h>
 
+#include <algorithm>
 #include <cstdio>
+#include <filesystem>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
@@ -296,7 +298,13 @@ template <class... L> void i_registra_todas(const Documento *d) {
 int main(int argc, char **argv) {
     error_interno_set_manejador(i_cuenta_informe);
     std::vector<std::unique_ptr<Documento>> documentos;
-    for (const char *nombre : {"canada.json", "citm_catalog.json", "twitter.json"}) {
+    // Every document of bench/data, in name order.
+    std::vector<std::string> nombres;
+    for (const auto &entrada : std::filesystem::directory_iterator(TQ_BENCH_DATA_DIR))
+        if (entrada.path().extension() == ".json")
+            nombres.push_back(entrada.path().filename().string());
+    std::sort(nombres.begin(), nombres.end());
+    for (const std::string &nombre : nombres) {
         documentos.push_back(std::make_unique<Documento>(i_lee_documento(nombre)));
         i_registra_todas<Tqjson2, CJson, Jansson, JsonC, RapidJson, Simdjson>(
             documentos.back().get());

@@ -140,13 +140,8 @@ void i_decodifica_en_sitio_utf8(char *texto, size_t n, uint32_t *sin_informar) {
     char *salida = texto;
     for (size_t i = 0; i < n; ++i) {
         const char c = texto[i];
-        if (c != '\\') { // a run up to the next backslash moves down in one step
-            const void *barra = std::memchr(texto + i, '\\', n - i);
-            const size_t tramo =
-                (barra ? static_cast<size_t>(static_cast<const char *>(barra) - texto) : n) - i;
-            std::memmove(salida, texto + i, tramo);
-            salida += tramo;
-            i += tramo - 1;
+        if (c != '\\') { // the runs between escapes of a literal are short: byte by byte
+            *salida++ = c;
         } else if (i + 1 == n) {
             *salida++ = c;
         } else if (i + 3 < n && texto[i + 1] == 'u' && texto[i + 2] == '0' && texto[i + 3] == '0') {
@@ -197,7 +192,13 @@ void i_decodifica_en_sitio_utf8(char *texto, size_t n, uint32_t *sin_informar) {
 char *i_literal_json_utf8(const char *bytes, size_t longitud, tqbool decodifica) {
     char *texto = creacadena(longitud + 1);
     size_t n = 0;
-    for (size_t i = 0; i < longitud;) {
+    // A quotation mark among a literal's bytes is always an escaped one: without one, the
+    // bytes stand as they are.
+    if (!std::memchr(bytes, '"', longitud)) {
+        std::memcpy(texto, bytes, longitud);
+        n = longitud;
+    }
+    for (size_t i = n; i < longitud;) {
         const void *barra = std::memchr(bytes + i, '\\', longitud - i);
         const size_t tramo =
             (barra ? static_cast<size_t>(static_cast<const char *>(barra) - bytes) : longitud) - i;
@@ -217,8 +218,9 @@ char *i_literal_json_utf8(const char *bytes, size_t longitud, tqbool decodifica)
         i += 2;
     }
     texto[n] = '\0';
-    if (decodifica == CIERTO && std::strncmp(texto, i_PREFIJO_SIN_DECODIFICAR_UTF8,
-                                             sizeof i_PREFIJO_SIN_DECODIFICAR_UTF8 - 1) != 0)
+    if (decodifica == CIERTO && (texto[0] != i_PREFIJO_SIN_DECODIFICAR_UTF8[0] ||
+                                 std::strncmp(texto, i_PREFIJO_SIN_DECODIFICAR_UTF8,
+                                              sizeof i_PREFIJO_SIN_DECODIFICAR_UTF8 - 1) != 0))
         i_decodifica_en_sitio_utf8(texto, n, nullptr);
     return texto;
 }
