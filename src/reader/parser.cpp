@@ -33,6 +33,43 @@ struct i_contenedor_leido {
     size_t primer_hijo;
 };
 
+// The children of the containers being read, innermost last. It grows by reallocation, a
+// quarter at a time once large (the system moves a large block's pages rather than copying
+// them, and a small step keeps the spare room small), and is cut to its size before a large
+// container's array is made: so a read's peak stays near the tree it makes even when one array
+// holds most of the document.
+class i_pila_hijos {
+  public:
+    i_pila_hijos() = default;
+    i_pila_hijos(const i_pila_hijos &) = delete;
+    i_pila_hijos &operator=(const i_pila_hijos &) = delete;
+    ~i_pila_hijos() { marlspy_nousar_free_pp(&datos_, 1); }
+
+    size_t size() const { return num_; }
+    void **data() { return datos_; }
+    void *&operator[](size_t i) { return datos_[i]; }
+    void *&back() { return datos_[num_ - 1]; }
+    void push_back(void *hijo) {
+        if (num_ == capacidad_) [[unlikely]]
+            reserva(capacidad_ < 65536 ? 2 * capacidad_ + 64 : capacidad_ + capacidad_ / 4);
+        datos_[num_++] = hijo;
+    }
+    void resize(size_t num) { num_ = num; } // never more than it holds
+    void ajusta() { reserva(num_); }
+
+  private:
+    void reserva(size_t capacidad) {
+        datos_ = static_cast<void **>(marlspy_nousar_realloc(datos_, capacidad * sizeof(void *)));
+        capacidad_ = capacidad;
+    }
+    void **datos_ = nullptr;
+    size_t num_ = 0;
+    size_t capacidad_ = 0;
+};
+
+// A container with more children than this has its array made after the stack is cut to size.
+constexpr size_t i_HIJOS_CONTENEDOR_GRANDE = 65536;
+
 // Nodes are taken from the memory component in batches: one call for many records, which the
 // read then places in the order it makes them.
 constexpr uint32_t i_NODOS_POR_LOTE = 64;
@@ -43,7 +80,7 @@ struct i_lectura {
     const char *fin; // the end of the input, where a zero byte stands
     i_token_escaneado actual;
     std::vector<i_contenedor_leido> pila;
-    std::vector<void *> hijos;
+    i_pila_hijos hijos;
     std::u16string ancho; // names outside ASCII, widened before they are copied
     bool demasiado_profundo;
     void *nodos[i_NODOS_POR_LOTE]; // from `siguiente_nodo` on, not yet made into nodes
@@ -151,6 +188,8 @@ void i_descarta(i_lectura &lectura, i_contenedor_leido &contenedor) {
 
 tqjson2_nodo_t *i_crea_contenedor(i_lectura &lectura, const i_contenedor_leido &contenedor) {
     const auto num = static_cast<uint32_t>(i_num_hijos(lectura, contenedor));
+    if (num > i_HIJOS_CONTENEDOR_GRANDE)
+        lectura.hijos.ajusta();
     arr_puntero_t *hijos =
         arr_CreaPunteroConTipoCon(lectura.hijos.data() + contenedor.primer_hijo, num);
     lectura.hijos.resize(contenedor.primer_hijo);
