@@ -5,6 +5,7 @@
 #include <thread>
 #include <vector>
 
+#include "companion/block_batches.h"
 #include "companion/traspaso.h"
 #include "support/recording_handler.h"
 #include "tqbase/memoria.h"
@@ -85,6 +86,28 @@ TEST(Memory, SmallAndLargeBlocksKeepTheirContentThroughResizes) {
     for (auto &bloque : bloques)
         marlspy_nousar_free_pp(&bloque, 1);
     size_t despues = 0;
+    marlspy_nousar_uso_bloques_pequenos(&despues, nullptr);
+    EXPECT_EQ(despues, antes);
+}
+
+// Batches: every block usable on its own, across chunks and beyond the pool's sizes; freeing the
+// batch (null entries passed over) brings the pool's count back.
+TEST(Memory, BatchesTakeAndGiveBackBlocksOfOneSize) {
+    size_t antes = 0, despues = 0;
+    marlspy_nousar_uso_bloques_pequenos(&antes, nullptr);
+    for (const size_t tam : {size_t{16}, size_t{40}, size_t{5000}}) {
+        std::vector<void *> bloques(tam == 16 ? 9000 : 300); // 9,000 blocks of 16 span chunks
+        marlspy_nousar_malloc_lote(tam, bloques.data(), static_cast<uint32_t>(bloques.size()));
+        for (size_t i = 0; i < bloques.size(); ++i)
+            std::memset(bloques[i], int(i & 0xFF), tam);
+        for (size_t i = 0; i < bloques.size(); ++i) {
+            const auto *bytes = static_cast<const unsigned char *>(bloques[i]);
+            ASSERT_EQ(bytes[0], i & 0xFF) << tam << " " << i;
+            ASSERT_EQ(bytes[tam - 1], i & 0xFF) << tam << " " << i;
+        }
+        bloques.insert(bloques.begin() + 5, nullptr);
+        marlspy_nousar_free_lote(bloques.data(), static_cast<uint32_t>(bloques.size()));
+    }
     marlspy_nousar_uso_bloques_pequenos(&despues, nullptr);
     EXPECT_EQ(despues, antes);
 }
