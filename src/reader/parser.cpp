@@ -197,18 +197,37 @@ tqjson2_nodo_t *i_crea_contenedor(i_lectura &lectura, const i_contenedor_leido &
                              hijos, FALSO);
 }
 
-// Widens ASCII sixteen bytes a step, as far as whole steps go, then byte by byte.
+// Widens ASCII: sixteen, eight or four bytes a step, the last step ending at the last byte
+// (overlapping the one before it), so that a short name takes one or two steps and nothing is
+// read or written beyond the name.
 void i_ensancha_ascii(const char *bytes, size_t longitud, char16_t *destino) {
-    size_t i = 0;
 #if defined(__SSE2__) || defined(_M_X64)
     const __m128i cero = _mm_setzero_si128();
-    for (; longitud - i >= 16; i += 16) {
-        const __m128i x = _mm_loadu_si128(reinterpret_cast<const __m128i *>(bytes + i));
+    const auto ocho = [&](size_t i) { // bytes [i, i + 8)
+        uint64_t v;
+        std::memcpy(&v, bytes + i, sizeof v);
+        const __m128i x = _mm_cvtsi64_si128(static_cast<long long>(v));
         _mm_storeu_si128(reinterpret_cast<__m128i *>(destino + i), _mm_unpacklo_epi8(x, cero));
-        _mm_storeu_si128(reinterpret_cast<__m128i *>(destino + i + 8), _mm_unpackhi_epi8(x, cero));
+    };
+    if (longitud >= 8) {
+        for (size_t i = 0; i + 8 <= longitud; i += 8)
+            ocho(i);
+        ocho(longitud - 8);
+        return;
+    }
+    if (longitud >= 4) {
+        const auto cuatro = [&](size_t i) { // bytes [i, i + 4)
+            uint32_t v;
+            std::memcpy(&v, bytes + i, sizeof v);
+            const __m128i x = _mm_cvtsi32_si128(static_cast<int>(v));
+            _mm_storel_epi64(reinterpret_cast<__m128i *>(destino + i), _mm_unpacklo_epi8(x, cero));
+        };
+        cuatro(0);
+        cuatro(longitud - 4);
+        return;
     }
 #endif
-    for (; i < longitud; ++i)
+    for (size_t i = 0; i < longitud; ++i)
         destino[i] = static_cast<char16_t>(bytes[i]);
 }
 
