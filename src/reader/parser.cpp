@@ -70,9 +70,41 @@ class i_pila_hijos {
 // A container with more children than this has its array made after the stack is cut to size.
 constexpr size_t i_HIJOS_CONTENEDOR_GRANDE = 65536;
 
-// Nodes are taken from the memory component in batches: one call for many records, which the
-// read then places in the order it makes them.
-constexpr uint32_t i_NODOS_POR_LOTE = 64;
+// Small records (nodes, members with short names, short texts) are taken from the memory
+// component in batches, a store for each size class of 8 bytes up to 64: one call for many
+// records, which the read then places in the order it makes them. What is left goes back when
+// the read ends.
+class i_reserva_bloques {
+  public:
+    i_reserva_bloques() {
+        for (uint32_t &siguiente : siguiente_)
+            siguiente = i_LOTE;
+    }
+    i_reserva_bloques(const i_reserva_bloques &) = delete;
+    i_reserva_bloques &operator=(const i_reserva_bloques &) = delete;
+    ~i_reserva_bloques() {
+        for (size_t clase = 0; clase < i_CLASES; ++clase)
+            marlspy_nousar_free_lote(bloques_[clase] + siguiente_[clase],
+                                     i_LOTE - siguiente_[clase]);
+    }
+    // A block of `tam` bytes (at least 1), as marlspy_nousar_malloc gives it.
+    void *toma(size_t tam) {
+        if (tam > i_CLASES * 8)
+            return marlspy_nousar_malloc(tam);
+        const size_t clase = (tam - 1) / 8;
+        if (siguiente_[clase] == i_LOTE) [[unlikely]] {
+            marlspy_nousar_malloc_lote((clase + 1) * 8, bloques_[clase], i_LOTE);
+            siguiente_[clase] = 0;
+        }
+        return bloques_[clase][siguiente_[clase]++];
+    }
+
+  private:
+    static constexpr size_t i_CLASES = 8;
+    static constexpr uint32_t i_LOTE = 32;
+    void *bloques_[i_CLASES][i_LOTE]; // from `siguiente_` on, not yet handed out
+    uint32_t siguiente_[i_CLASES];
+};
 
 struct i_lectura {
     anlex_t *lex;
@@ -83,19 +115,14 @@ struct i_lectura {
     i_pila_hijos hijos;
     std::u16string ancho; // names outside ASCII, widened before they are copied
     bool demasiado_profundo;
-    void *nodos[i_NODOS_POR_LOTE]; // from `siguiente_nodo` on, not yet made into nodes
-    uint32_t siguiente_nodo = i_NODOS_POR_LOTE;
+    i_reserva_bloques bloques;
 };
 
 [[gnu::always_inline]] inline tqjson2_nodo_t *i_nodo(i_lectura &lectura, int32_t tipo,
                                                      arr_puntero_t *hijos, char *cadena,
                                                      tqbool texto_decodificado, int32_t entero,
                                                      double valor_double, tqbool booleano) {
-    if (lectura.siguiente_nodo == i_NODOS_POR_LOTE) {
-        marlspy_nousar_malloc_lote(sizeof(tqjson2_nodo_t), lectura.nodos, i_NODOS_POR_LOTE);
-        lectura.siguiente_nodo = 0;
-    }
-    auto *nodo = static_cast<tqjson2_nodo_t *>(lectura.nodos[lectura.siguiente_nodo++]);
+    auto *nodo = static_cast<tqjson2_nodo_t *>(lectura.bloques.toma(sizeof(tqjson2_nodo_t)));
     i_inicia_nodo(nodo, tipo, hijos, hijos, cadena, texto_decodificado, entero, valor_double,
                   booleano);
     return nodo;
@@ -231,8 +258,14 @@ void i_ensancha_ascii(const char *bytes, size_t longitud, char16_t *destino) {
         destino[i] = static_cast<char16_t>(bytes[i]);
 }
 
-tqjson2_atributo_t *i_crea_atributo_copiando(const char16_t *nombre, size_t unidades) {
-    tqjson2_atributo_t *atributo = i_crea_atributo_con_nombre_en_linea(unidades);
+tqjson2_atributo_t *i_atributo_nuevo(i_lectura &lectura, size_t unidades) {
+    return i_inicia_atributo_en_linea(lectura.bloques.toma(i_tam_atributo_en_linea(unidades)),
+                                      unidades);
+}
+
+tqjson2_atributo_t *i_crea_atributo_copiando(i_lectura &lectura, const char16_t *nombre,
+                                             size_t unidades) {
+    tqjson2_atributo_t *atributo = i_atributo_nuevo(lectura, unidades);
     std::memcpy(atributo->nombre, nombre, unidades * sizeof(char16_t));
     return atributo;
 }
@@ -242,19 +275,20 @@ tqjson2_atributo_t *i_crea_atributo_copiando(const char16_t *nombre, size_t unid
 tqjson2_atributo_t *i_crea_atributo_del_nombre(i_lectura &lectura) {
     if (lectura.actual.barras) {
         const char16_t *nombre = i_literal_ancho(lectura);
-        return i_crea_atributo_copiando(nombre, std::char_traits<char16_t>::length(nombre));
+        return i_crea_atributo_copiando(lectura, nombre,
+                                        std::char_traits<char16_t>::length(nombre));
     }
     size_t longitud = 0;
     const char *bytes = i_bytes_literal(lectura, &longitud);
     if (!lectura.actual.fuera_ascii) {
-        tqjson2_atributo_t *atributo = i_crea_atributo_con_nombre_en_linea(longitud);
+        tqjson2_atributo_t *atributo = i_atributo_nuevo(lectura, longitud);
         i_ensancha_ascii(bytes, longitud, atributo->nombre);
         return atributo;
     }
     std::u16string &ancho = lectura.ancho;
     ancho.resize(longitud); // never more units than bytes
     const char16_t *fin = unicode_escribe_UTF8_a_UNICODE(bytes, longitud, ancho.data());
-    return i_crea_atributo_copiando(ancho.data(), static_cast<size_t>(fin - ancho.data()));
+    return i_crea_atributo_copiando(lectura, ancho.data(), static_cast<size_t>(fin - ancho.data()));
 }
 
 // A string value. UTF-8 that reads back unchanged is decoded in place of its bytes (without
@@ -268,7 +302,7 @@ tqjson2_nodo_t *i_crea_nodo_literal(i_lectura &lectura) {
         if (lectura.actual.barras) {
             texto = i_literal_json_utf8(bytes, longitud, lectura.decodifica);
         } else {
-            texto = creacadena(longitud + 1);
+            texto = static_cast<char *>(lectura.bloques.toma(longitud + 1));
             std::memcpy(texto, bytes, longitud);
             texto[longitud] = '\0';
         }
@@ -542,8 +576,5 @@ tqbool i_lee_json(anlex_t *lex, tqbool decodifica_secuencias_escape, tqjson2_nod
     i_lectura lectura{};
     lectura.lex = lex;
     lectura.decodifica = decodifica_secuencias_escape;
-    const tqbool resultado = i_lee_nodo_raiz(lectura, nodo);
-    marlspy_nousar_free_lote(lectura.nodos + lectura.siguiente_nodo,
-                             i_NODOS_POR_LOTE - lectura.siguiente_nodo);
-    return resultado;
+    return i_lee_nodo_raiz(lectura, nodo);
 }

@@ -19,17 +19,6 @@ tqjson2_atributo_t *i_crea_atributo_propietario(char16_t **nombre, tqjson2_nodo_
     return i_crea_atributo(nombre, CIERTO, i_toma(nodo));
 }
 
-tqjson2_atributo_t *i_crea_atributo_con_nombre_en_linea(size_t unidades) {
-    const size_t bytes_nombre = (unidades + 1) * sizeof(char16_t);
-    auto *atributo = static_cast<tqjson2_atributo_t *>(marlspy_nousar_malloc(
-        offsetof(tqjson2_atributo, es_propietario) + sizeof(tqbool) + bytes_nombre));
-    atributo->nombre = i_nombre_en_linea(atributo);
-    atributo->nombre[unidades] = u'\0';
-    atributo->valor = nullptr;
-    atributo->es_propietario = CIERTO;
-    return atributo;
-}
-
 tqjson2_atributo_t *i_crea_atributo_const(const char16_t *nombre, tqjson2_nodo_t *valor) {
     char16_t *copia = widestr_nousar_copia(nombre, i_MODULO, __LINE__);
     return i_crea_atributo(&copia, FALSO, valor);

@@ -84,7 +84,7 @@ inline void i_inicia_nodo(tqjson2_nodo_t *nodo, int32_t tipo, arr_puntero_t *atr
 }
 
 // A member's name is a block of its own, or stands in the member's block right after its
-// fields (i_crea_atributo_con_nombre_en_linea): one allocation for the members a read makes.
+// fields (i_inicia_atributo_en_linea): one allocation for the members a read makes.
 struct tqjson2_atributo {
     char16_t *nombre; // never null
     tqjson2_nodo_t *valor;
@@ -96,6 +96,24 @@ inline char16_t *i_nombre_en_linea(tqjson2_atributo_t *atributo) {
     return reinterpret_cast<char16_t *>(reinterpret_cast<char *>(atributo) +
                                         offsetof(tqjson2_atributo, es_propietario) +
                                         sizeof(tqbool));
+}
+
+// The bytes of a member's block with a name of `unidades` units in it, terminator included.
+inline size_t i_tam_atributo_en_linea(size_t unidades) {
+    return offsetof(tqjson2_atributo, es_propietario) + sizeof(tqbool) +
+           (unidades + 1) * sizeof(char16_t);
+}
+
+// Makes `bloque` (i_tam_atributo_en_linea bytes of the memory component) an owning member with
+// no value yet and a terminated name of `unidades` units in it: the reader writes the name
+// straight into `nombre` and sets the value when it has read it.
+inline tqjson2_atributo_t *i_inicia_atributo_en_linea(void *bloque, size_t unidades) {
+    auto *atributo = static_cast<tqjson2_atributo_t *>(bloque);
+    atributo->nombre = i_nombre_en_linea(atributo);
+    atributo->nombre[unidades] = u'\0';
+    atributo->valor = nullptr;
+    atributo->es_propietario = CIERTO;
+    return atributo;
 }
 
 // Allocates a node and fills its fields in order (i_inicia_nodo). The three pointers are taken over
@@ -116,10 +134,7 @@ tqjson2_nodo_t *i_crea_nodo_texto_unicode(tqbool codifica, char16_t **texto_unic
 tqjson2_atributo_t *i_crea_atributo(char16_t **nombre, tqbool es_propietario,
                                     tqjson2_nodo_t *valor);
 tqjson2_atributo_t *i_crea_atributo_propietario(char16_t **nombre, tqjson2_nodo_t **nodo);
-// An owning member with no value yet and room in its own block for a name of `unidades` units,
-// terminated: the reader writes the name straight into `nombre` and sets the value when it has
-// read it.
-tqjson2_atributo_t *i_crea_atributo_con_nombre_en_linea(size_t unidades);
+
 // A member with a copy of the name that borrows `valor`: the tree never destroys it.
 tqjson2_atributo_t *i_crea_atributo_const(const char16_t *nombre, tqjson2_nodo_t *valor);
 void i_destruye_atributo(tqjson2_atributo_t **atributo);
