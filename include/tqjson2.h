@@ -279,7 +279,11 @@ TQJSON2_API void tqjson2_error_destruye(tqjson2_error_t **error);
    A tree is written from its root, which must be an object or an array, as UTF-8 JSON without
    a byte-order mark: indented (four spaces a level, a line feed after every line) or minified
    (one line, no line feed). Member names are written as stored, without escaping; string values
-   as stored, with a backslash put before every quotation mark. The tree is only read. */
+   as stored, with a backslash put before every quotation mark. A double is written with at
+   most 15 significant digits ("2.0", "0.1", "1E-05"); one below 1e-15 in magnitude as 0.0. The
+   values JSON has no number for: an infinity is written 1E+999 (-1E+999), which reads back as
+   the same infinity, and a NaN is written null, which reads back as a null node. The tree is
+   only read. */
 
 /* Writes the tree to the file `nombre_fichero` (created or emptied), indented, with " : "
    between names and values. */
