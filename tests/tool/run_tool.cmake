@@ -2,11 +2,13 @@
 #   TOOL     the tool            ARGS    its arguments, separated by '|'; @OUT@ stands for
 #   INPUTS   its working folder          the file WORK/output
 #   WORK     a folder of the case's own, emptied first
-#   STDIN    a file of INPUTS for standard input (none: empty input)
+#   STDIN    the file for standard input (none: empty input)
 #   STATUS   the exit status expected
 #   STDOUT   the file standard output must equal (none: no output at all)
-#   STDERR   the one line standard error must hold, without its line feed (none: nothing)
+#   STDERR   the one line standard error must hold, without its line feed, or
+#   STDERR_FILE  the file it must equal (neither: nothing)
 #   OUTPUT   the file WORK/output must equal, when the case writes one
+#   NO_OUTPUT  ON: WORK/output must not exist
 #   EMULATOR what runs the tool, where it is built for another system (wine)
 #   CRLF     ON: the expected STDOUT and OUTPUT hold CR LF where their files hold LF
 # The tool's temporary files go to WORK too.
@@ -17,7 +19,7 @@ file(MAKE_DIRECTORY "${WORK}")
 string(REPLACE "|" ";" args "${ARGS}")
 list(TRANSFORM args REPLACE "^@OUT@$" "${WORK}/output")
 if(STDIN)
-  set(stdin "${INPUTS}/${STDIN}")
+  set(stdin "${STDIN}")
 else()
   set(stdin "${WORK}/empty")
   file(WRITE "${stdin}" "")
@@ -73,6 +75,8 @@ endif()
 
 if(STDERR)
   set(expected_stderr "${STDERR}\n")
+elseif(STDERR_FILE)
+  file(READ "${STDERR_FILE}" expected_stderr)
 else()
   set(expected_stderr "")
 endif()
@@ -82,6 +86,8 @@ endif()
 
 if(OUTPUT)
   compare_file("the output file" "${WORK}/output" "${OUTPUT}")
+elseif(NO_OUTPUT AND EXISTS "${WORK}/output")
+  string(APPEND problems "the output file exists\n")
 endif()
 
 if(problems)

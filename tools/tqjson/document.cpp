@@ -14,7 +14,7 @@ namespace {
 
 // Standard input is text in memory, which the library reads without giving a position.
 void read_standard_input(ReadResult &result) {
-    const std::string text = *read_input("-");
+    const std::string text = read_input("-");
     tqjson2_nodo_t *root = nullptr;
     if (tqjson2_se_lee_texto_utf8_sin_decodificar_secuencias_utf8(text.c_str(), &root) == CIERTO)
         result.root.reset(root);
@@ -111,7 +111,7 @@ void write_document(const tqjson2_nodo_t *root, const tqjson2_conf_escritura_t &
     // Text in memory always has " : ": without the space, the library writes only files.
     const TemporaryFile temporary;
     write_file(root, conf, temporary.name());
-    write_stdout(*read_input(temporary.name()));
+    write_stdout(read_input(temporary.name()));
 }
 
 } // namespace tqjson
