@@ -1,6 +1,6 @@
 # Runs the tqjson tool once and compares what it did with what the case expects.
 #   TOOL     the tool            ARGS    its arguments, separated by '|'; @OUT@ stands for
-#   INPUTS   its working folder          the file WORK/output
+#   INPUTS   its working folder          the file WORK/output, @EMPTY@ for an empty one
 #   WORK     a folder of the case's own, emptied first
 #   STDIN    the file for standard input (none: empty input)
 #   STATUS   the exit status expected
@@ -26,12 +26,22 @@ else()
 endif()
 
 set(ENV{TMPDIR} "${WORK}")
-execute_process(COMMAND ${EMULATOR} "${TOOL}" ${args}
-  WORKING_DIRECTORY "${INPUTS}"
-  INPUT_FILE "${stdin}"
-  OUTPUT_FILE "${WORK}/stdout"
-  ERROR_FILE "${WORK}/stderr"
-  RESULT_VARIABLE status)
+# Each argument goes in a bracket argument of a call written for the case, so that one may be
+# empty (@EMPTY@), which an unquoted list would drop.
+set(quoted "")
+foreach(arg IN LISTS args)
+  if(arg STREQUAL "@EMPTY@")
+    set(arg "")
+  endif()
+  string(APPEND quoted " [==[${arg}]==]")
+endforeach()
+file(WRITE "${WORK}/command.cmake" "execute_process(COMMAND \${EMULATOR} \"\${TOOL}\"${quoted}
+  WORKING_DIRECTORY \"\${INPUTS}\"
+  INPUT_FILE \"\${stdin}\"
+  OUTPUT_FILE \"\${WORK}/stdout\"
+  ERROR_FILE \"\${WORK}/stderr\"
+  RESULT_VARIABLE status)\n")
+include("${WORK}/command.cmake")
 # Files rather than pipes: a pipe would also wait for every process that holds it, such as the
 # server that wine starts and leaves running.
 file(READ "${WORK}/stderr" stderr)
