@@ -1,6 +1,7 @@
 # Installs the build tree into a fresh prefix, then builds the consumer programs against it
 # twice, through find_package(tqjson2 CONFIG) and through pkg-config, and runs them; also runs
-# the installed tool. Programs are linked the strict way: with --as-needed, a program that calls
+# the installed tool and reads its manual page, and finds the reference (-DDOCS=ON when the
+# build makes it). Programs are linked the strict way: with --as-needed, a program that calls
 # tqjson2 alone does not name tqbase, and an rpath to the prefix serves the program only, so
 # tqjson2 must find tqbase from where it lies. Arguments: -DBUILD_DIR= -DSOURCE_DIR= -DWORK_DIR=
 # -DGENERATOR=, and for a build for another system -DTOOLCHAIN= (its CMake toolchain file), -DCC=
@@ -69,3 +70,19 @@ endforeach()
 run_consumers(pkg-config ${WORK_DIR}/pkg_)
 
 run(${EMULATOR} ${prefix}/bin/tqjson${exe} --version)
+
+# man finds the page through MANPATH alone, and formats it without a warning.
+if(TOOLCHAIN)
+  if(NOT EXISTS ${prefix}/share/man/man1/tqjson.1)
+    message(FATAL_ERROR "no manual page installed")
+  endif()
+else()
+  run(${CMAKE_COMMAND} -E env MANPATH=${prefix}/share/man MANWIDTH=80
+      man --warnings -P cat tqjson)
+  if(NOT last_output MATCHES "tqjson +- +read, check, query and write JSON" OR last_error)
+    message(FATAL_ERROR "man tqjson gave:\n${last_output}\n${last_error}")
+  endif()
+endif()
+if(DOCS AND NOT EXISTS ${prefix}/share/doc/tqjson2/html/index.html)
+  message(FATAL_ERROR "no HTML reference installed")
+endif()

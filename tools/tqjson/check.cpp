@@ -60,7 +60,8 @@ void print_summary(const std::string &name, const Verdict &verdict, bool lines, 
     else if (strict && verdict.unreadable == 0)
         write_stdout(name + ": refused under --strict: " + counts + "\n");
     else
-        write_stdout(name + ": " + (verdict.unreadable > 0 ? "" : "readable; ") + counts + "\n");
+        write_stdout(name + ": " + (verdict.unreadable > 0 || lines ? "" : "readable; ") + counts +
+                     "\n");
 }
 
 // Prints what one file holds; true when it passes.
