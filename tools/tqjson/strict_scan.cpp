@@ -39,6 +39,16 @@ struct Token {
     const char *error = ""; // what is wrong, for an error token
 };
 
+// The token of a one-character punctuation mark; Kind::end for any other character.
+Kind punctuation_kind(char c) {
+    constexpr std::string_view marks = "{}[],:-";
+    constexpr Kind kinds[] = {Kind::open_object, Kind::close_object, Kind::open_array,
+                              Kind::close_array, Kind::comma,        Kind::colon,
+                              Kind::minus};
+    const size_t at = c == '\0' ? std::string_view::npos : marks.find(c);
+    return at == std::string_view::npos ? Kind::end : kinds[at];
+}
+
 // The library's blanks; JSON's are the first four.
 bool is_blank(char c) {
     return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\v' || c == '\f';
@@ -175,26 +185,10 @@ class StrictReader {
         if (pos_ == text_.size())
             return current_ = token;
         const char c = text_[pos_];
-        switch (c) {
-            case '{':
-                return current_ = punctuation(Kind::open_object);
-            case '}':
-                return current_ = punctuation(Kind::close_object);
-            case '[':
-                return current_ = punctuation(Kind::open_array);
-            case ']':
-                return current_ = punctuation(Kind::close_array);
-            case ',':
-                return current_ = punctuation(Kind::comma);
-            case ':':
-                return current_ = punctuation(Kind::colon);
-            case '-':
-                return current_ = punctuation(Kind::minus);
-            case '"':
-                return current_ = literal();
-            default:
-                break;
-        }
+        if (const Kind mark = punctuation_kind(c); mark != Kind::end)
+            return current_ = punctuation(mark);
+        if (c == '"')
+            return current_ = literal();
         if (is_digit(c))
             return current_ = number();
         if (is_word_start(c))
