@@ -1,6 +1,8 @@
 /* Builds a small order document through the tqjson2 exports and writes it as indented JSON:
-   to standard output, or to the file named by the only argument. Run it with
-   tools/run-example.sh. */
+   to standard output, or to the file named by the only argument. The project builds it as
+   build/default/examples/write_document (cmake --build --preset default --target
+   write_document); run that, or build/windows/wine-run build/windows/examples/write_document.exe
+   for the Windows build. */
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>

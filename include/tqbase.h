@@ -1,4 +1,5 @@
-/* tqbase: the companion declarations that applications of the code base call themselves. */
+/** @file
+   tqbase: the companion declarations that applications of the code base call themselves. */
 #ifndef TQBASE_H
 #define TQBASE_H
 

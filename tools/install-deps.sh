@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Installs the Debian packages the build, the tests, the fuzz targets and the benchmarks need;
+# Installs the Debian packages the build, the tests, the fuzz targets, the benchmarks and the
+# reference (Doxygen) need;
 # with --windows also those of the Windows build (mingw-w64 with POSIX threads, wine to run what
 # it builds, and GoogleTest's sources, which it builds for Windows itself: some 1 GB); and any
 # further packages named as arguments. Does nothing when they are all present, so repeated runs
@@ -7,7 +8,7 @@
 set -euo pipefail
 
 packages=(g++ cmake ninja-build libgtest-dev libgmock-dev libbenchmark-dev clang-format binutils
-          clang libclang-rt-14-dev pkgconf)
+          clang libclang-rt-14-dev pkgconf doxygen man-db)
 if [ "${1:-}" = --windows ]; then
     shift
     packages+=(g++-mingw-w64-x86-64-posix gcc-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64

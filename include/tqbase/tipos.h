@@ -1,4 +1,5 @@
-/* tqbase: the code base's basic types and the export macro of the companion library. */
+/** @file
+   tqbase: the code base's basic types and the export macro of the companion library. */
 #ifndef TQBASE_TIPOS_H
 #define TQBASE_TIPOS_H
 
@@ -15,6 +16,7 @@
 #define TQBASE_API __declspec(dllimport)
 #endif
 #else
+/** Marks the companion library's exports. */
 #define TQBASE_API __attribute__((visibility("default")))
 #endif
 
@@ -22,13 +24,15 @@
 #define TQBASE_C_INICIO extern "C" {
 #define TQBASE_C_FIN    }
 #else
+/** Opens the block of C declarations of a header: extern "C" { in C++, nothing in C. */
 #define TQBASE_C_INICIO
+/** Closes the block that TQBASE_C_INICIO opens. */
 #define TQBASE_C_FIN
 #endif
 
-/* The code base's 16-bit boolean. Only CIERTO (1) is true where a flag is tested against it. */
+/** The code base's 16-bit boolean. Only CIERTO (1) is true where a flag is tested against it. */
 typedef uint16_t tqbool;
-#define CIERTO 1
-#define FALSO  0
+#define CIERTO 1 /**< true */
+#define FALSO  0 /**< false */
 
 #endif

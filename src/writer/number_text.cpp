@@ -1,6 +1,9 @@
 // The JSON text of a double: integral values in the range of a 32-bit integer as "<n>.0",
 // others by "%.*G" with 15 significant digits, and always with a point or an exponent so that
-// the text reads back as a double.
+// the text reads back as a double. The non-finite values have no JSON number: an infinity is
+// written as a number too large for a double, which reads back as the same infinity, and a NaN
+// as null, which JSON writers conventionally put in its place and which reads back as a null
+// node.
 #include <cmath>
 
 #include "companion/decimal_digits.h"
@@ -47,8 +50,8 @@ size_t i_texto_double(double numero, char texto[i_TAM_TEXTO_DOUBLE]) {
         return i_copia(texto, i_TEXTO_DOUBLE_MAXIMO, sizeof i_TEXTO_DOUBLE_MAXIMO - 1);
     if (std::fabs(numero) < i_TOLERANCIA)
         return i_copia(texto, "0.0", 3);
-    // An infinity, which a read makes of a number beyond the range of a double, is written as
-    // such a number, so that it reads back as itself.
+    if (std::isnan(numero))
+        return i_copia(texto, "null", 4);
     if (std::isinf(numero))
         return numero > 0 ? i_copia(texto, "1E+999", 6) : i_copia(texto, "-1E+999", 7);
     // Within the 32-bit range (NaN is not), a value within the tolerance of its nearest

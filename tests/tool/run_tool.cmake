@@ -1,12 +1,14 @@
 # Runs the tqjson tool once and compares what it did with what the case expects.
 #   TOOL     the tool            ARGS    its arguments, separated by '|'; @OUT@ stands for
-#   INPUTS   its working folder          the file WORK/output
+#   INPUTS   its working folder          the file WORK/output, @EMPTY@ for an empty one
 #   WORK     a folder of the case's own, emptied first
-#   STDIN    a file of INPUTS for standard input (none: empty input)
+#   STDIN    the file for standard input (none: empty input)
 #   STATUS   the exit status expected
 #   STDOUT   the file standard output must equal (none: no output at all)
-#   STDERR   the one line standard error must hold, without its line feed (none: nothing)
+#   STDERR   the one line standard error must hold, without its line feed, or
+#   STDERR_FILE  the file it must equal (neither: nothing)
 #   OUTPUT   the file WORK/output must equal, when the case writes one
+#   NO_OUTPUT  ON: WORK/output must not exist
 #   EMULATOR what runs the tool, where it is built for another system (wine)
 #   CRLF     ON: the expected STDOUT and OUTPUT hold CR LF where their files hold LF
 # The tool's temporary files go to WORK too.
@@ -17,19 +19,29 @@ file(MAKE_DIRECTORY "${WORK}")
 string(REPLACE "|" ";" args "${ARGS}")
 list(TRANSFORM args REPLACE "^@OUT@$" "${WORK}/output")
 if(STDIN)
-  set(stdin "${INPUTS}/${STDIN}")
+  set(stdin "${STDIN}")
 else()
   set(stdin "${WORK}/empty")
   file(WRITE "${stdin}" "")
 endif()
 
 set(ENV{TMPDIR} "${WORK}")
-execute_process(COMMAND ${EMULATOR} "${TOOL}" ${args}
-  WORKING_DIRECTORY "${INPUTS}"
-  INPUT_FILE "${stdin}"
-  OUTPUT_FILE "${WORK}/stdout"
-  ERROR_FILE "${WORK}/stderr"
-  RESULT_VARIABLE status)
+# Each argument goes in a bracket argument of a call written for the case, so that one may be
+# empty (@EMPTY@), which an unquoted list would drop.
+set(quoted "")
+foreach(arg IN LISTS args)
+  if(arg STREQUAL "@EMPTY@")
+    set(arg "")
+  endif()
+  string(APPEND quoted " [==[${arg}]==]")
+endforeach()
+file(WRITE "${WORK}/command.cmake" "execute_process(COMMAND \${EMULATOR} \"\${TOOL}\"${quoted}
+  WORKING_DIRECTORY \"\${INPUTS}\"
+  INPUT_FILE \"\${stdin}\"
+  OUTPUT_FILE \"\${WORK}/stdout\"
+  ERROR_FILE \"\${WORK}/stderr\"
+  RESULT_VARIABLE status)\n")
+include("${WORK}/command.cmake")
 # Files rather than pipes: a pipe would also wait for every process that holds it, such as the
 # server that wine starts and leaves running.
 file(READ "${WORK}/stderr" stderr)
@@ -73,6 +85,8 @@ endif()
 
 if(STDERR)
   set(expected_stderr "${STDERR}\n")
+elseif(STDERR_FILE)
+  file(READ "${STDERR_FILE}" expected_stderr)
 else()
   set(expected_stderr "")
 endif()
@@ -82,6 +96,8 @@ endif()
 
 if(OUTPUT)
   compare_file("the output file" "${WORK}/output" "${OUTPUT}")
+elseif(NO_OUTPUT AND EXISTS "${WORK}/output")
+  string(APPEND problems "the output file exists\n")
 endif()
 
 if(problems)

@@ -1,6 +1,7 @@
 #include "files.h"
 
-#include <cstdio>
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
 #include <random>
 
@@ -10,14 +11,10 @@
 
 namespace tqjson {
 
-namespace {
-
-struct FileCloser {
-    void operator()(std::FILE *file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, FileCloser>;
-
-} // namespace
+void fail_system(const std::string &name, std::string_view what) {
+    const int error = errno;
+    fail(exit_usage_or_file, name + ": " + std::string(what) + ": " + std::strerror(error));
+}
 
 std::u16string wide_file_name(const std::string &name) {
     std::optional<std::u16string> wide = utf16_from_utf8(name);
@@ -26,39 +23,67 @@ std::u16string wide_file_name(const std::string &name) {
     return std::move(*wide);
 }
 
-std::optional<std::string> read_input(const std::string &name, size_t limit) {
-    File opened;
-    std::FILE *in = stdin;
-    if (name != "-") {
-        opened.reset(open_file(name, "rb"));
-        if (!opened)
-            fail(exit_usage_or_file, name + ": cannot open");
-        in = opened.get();
-    }
-    std::string content;
-    char chunk[1 << 16];
-    size_t got = 0;
-    while ((got = std::fread(chunk, 1, sizeof chunk, in)) > 0) {
-        if (got > limit - content.size())
-            return std::nullopt;
-        content.append(chunk, got);
-    }
-    if (std::ferror(in))
-        fail(exit_usage_or_file, name + ": cannot read");
-    return content;
+InputStream::InputStream(const std::string &name) : name_(name), stream_(stdin) {
+    if (name == "-")
+        return;
+    errno = 0;
+    opened_.reset(open_file(name, "rb"));
+    if (!opened_)
+        fail_system(name, "cannot open");
+    stream_ = opened_.get();
 }
 
-void write_output(const std::optional<std::string> &output, std::string_view bytes) {
-    if (!output) {
+size_t InputStream::read(char *buffer, size_t size) {
+    size_t filled = 0;
+    // A pipe hands over what it holds: reading goes on until the buffer is full or the input
+    // ends.
+    while (filled < size) {
+        const size_t got = std::fread(buffer + filled, 1, size - filled, stream_);
+        if (got == 0)
+            break;
+        filled += got;
+    }
+    if (std::ferror(stream_))
+        fail_system(name_, "cannot read");
+    return filled;
+}
+
+std::string read_input(const std::string &name) {
+    InputStream input(name);
+    std::string content;
+    constexpr size_t piece = size_t{1} << 16;
+    for (;;) {
+        const size_t used = content.size();
+        content.resize(used + piece);
+        const size_t got = input.read(content.data() + used, piece);
+        content.resize(used + got);
+        if (got < piece)
+            return content;
+    }
+}
+
+Output::Output(const std::optional<std::string> &output) : name_(output) {
+    if (!name_)
+        return;
+    errno = 0;
+    file_.reset(open_file(*name_, "wb"));
+    if (!file_)
+        fail_system(*name_, "cannot write");
+}
+
+void Output::write(std::string_view bytes) {
+    if (!file_) {
         write_stdout(bytes);
         return;
     }
-    File out{open_file(*output, "wb")};
-    const bool written =
-        out && std::fwrite(bytes.data(), 1, bytes.size(), out.get()) == bytes.size();
+    if (std::fwrite(bytes.data(), 1, bytes.size(), file_.get()) != bytes.size())
+        fail_system(*name_, "cannot write");
+}
+
+void Output::finish() {
     // Closing flushes what is still buffered, so it decides too.
-    if (!written || std::fclose(out.release()) != 0)
-        fail(exit_usage_or_file, *output + ": cannot write");
+    if (file_ && std::fclose(file_.release()) != 0)
+        fail_system(*name_, "cannot write");
 }
 
 TemporaryFile::TemporaryFile() {

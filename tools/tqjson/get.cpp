@@ -11,16 +11,25 @@ namespace tqjson {
 
 namespace {
 
-constexpr std::string_view usage = R"(Usage: tqjson get [--ignore-case] FILE PATH
+constexpr std::string_view usage =
+    R"(Usage: tqjson get [--ignore-case] [--lines] [--strict] FILE PATH|POINTER
 
-Prints the value that PATH names in the JSON document FILE (- for standard input).
-PATH is member names and array indexes separated by /, as in store/items/3/name;
-an empty PATH or / alone names the whole document. A string is printed as its text
-with escape sequences decoded, a number, true, false or null as written, an object
-or an array indented.
+Prints the value that PATH or POINTER names in the JSON document FILE (- for
+standard input). A string is printed as its text with escape sequences decoded, a
+number, true, false or null as written, an object or an array indented.
+
+POINTER, an argument that is empty or begins with /, is a JSON Pointer (RFC 6901):
+"" names the whole document, / the member named "", /a~1b/0 element 0 of the
+member named a/b (~1 stands for /, ~0 for ~). Any other argument is a PATH of
+member names and array indexes separated by /, as in store/items/3/name.
+Member names match by what their escape sequences decode to: caf\u00e9 is café.
 
 Options:
   --ignore-case  match member names regardless of letter case
+  --lines        read each line as a document of its own (JSON Lines) and print
+                 the value in each
+  --strict       refuse, with exit status 1, a document that the library would
+                 not give back as written or that is not JSON (tqjson check)
   -h, --help     print this help
 )";
 
@@ -29,36 +38,96 @@ struct Segment {
     std::u16string member; // the member name it stands for on an object
 };
 
-// One leading '/' is optional; after it, every '/' separates two segments, so an empty
-// segment names a member whose name is empty.
-std::vector<Segment> split_path(std::string_view path) {
-    if (path.starts_with('/'))
-        path.remove_prefix(1);
+struct Path {
+    bool pointer = false;
     std::vector<Segment> segments;
-    if (path.empty())
-        return segments;
+};
+
+Segment make_segment(std::string text, std::string_view name) {
+    std::optional<std::u16string> member = utf16_from_utf8(name);
+    if (!member)
+        fail_usage("get", "PATH is not UTF-8 text");
+    return {std::move(text), std::move(*member)};
+}
+
+// A reference token of a JSON Pointer with ~1 and ~0 turned back into / and ~.
+std::string unescape_pointer(std::string_view token) {
+    std::string name;
+    for (size_t i = 0; i < token.size(); ++i) {
+        if (token[i] != '~') {
+            name += token[i];
+        } else if (i + 1 < token.size() && (token[i + 1] == '0' || token[i + 1] == '1')) {
+            name += token[++i] == '0' ? '~' : '/';
+        } else {
+            fail_usage("get", "in a JSON Pointer ~ must be followed by 0 or 1");
+        }
+    }
+    return name;
+}
+
+// An empty argument or one that begins with '/' is a pointer, whose every '/' begins a
+// segment; in a path every '/' separates two, so an empty segment names a member whose name is
+// empty.
+Path parse_path(std::string_view argument) {
+    Path path;
+    path.pointer = argument.empty() || argument.starts_with('/');
+    if (argument.empty())
+        return path;
+    if (path.pointer)
+        argument.remove_prefix(1);
     for (size_t start = 0;;) {
-        const size_t slash = path.find('/', start);
-        const std::string_view text = path.substr(start, slash - start);
-        std::optional<std::u16string> member = utf16_from_utf8(text);
-        if (!member)
-            fail_usage("get", "PATH is not UTF-8 text");
-        segments.push_back({std::string(text), std::move(*member)});
+        const size_t slash = argument.find('/', start);
+        const std::string_view text = argument.substr(start, slash - start);
+        path.segments.push_back(
+            make_segment(std::string(text), path.pointer ? unescape_pointer(text) : text));
         if (slash == std::string_view::npos)
-            return segments;
+            return path;
         start = slash + 1;
     }
 }
 
-// A decimal index, or nothing when the text is not one. Too many digits for any array give
-// an index past every array's end.
-std::optional<uint64_t> parse_index(std::string_view text) {
-    if (text.empty() || text.find_first_not_of("0123456789") != std::string_view::npos)
+// A decimal index, or nothing when the text is not one: a pointer's index has no leading zero.
+// Too many digits for any array give an index past every array's end.
+std::optional<uint64_t> parse_index(std::string_view text, bool pointer) {
+    if (text.empty() || text.find_first_not_of("0123456789") != std::string_view::npos ||
+        (pointer && text.size() > 1 && text[0] == '0'))
         return std::nullopt;
     uint64_t index = 0;
     if (std::from_chars(text.data(), text.data() + text.size(), index).ec != std::errc{})
         return UINT64_MAX;
     return index;
+}
+
+// A member name as the library decodes a string value of the same text: the name is read as
+// the one string of a small document.
+std::u16string decoded_name(const char16_t *name) {
+    std::string text = "[\"";
+    for (const char c : utf8_from_utf16(name))
+        text += c == '"' ? std::string("\\\"") : std::string(1, c);
+    text += "\"]";
+    tqjson2_nodo_t *read = nullptr;
+    if (tqjson2_se_lee_texto_utf8(text.c_str(), &read) != CIERTO)
+        return name;
+    const Tree holder{read};
+    const auto *string = static_cast<const tqjson2_nodo_t *>(
+        arr_GetPunteroConTipo(tqjson2_get_valores_array(holder.get()), 0));
+    const WideText decoded{tqjson2_get_valor_cadena_unicode(string)};
+    return decoded.get();
+}
+
+// The object's members under their decoded names, their values borrowed from the tree, so that
+// the library's lookups match names by what they decode to.
+Tree with_decoded_names(const tqjson2_nodo_t *object) {
+    Tree decoded{tqjson2_crea_nodo_objeto()};
+    const arr_puntero_t *members = tqjson2_get_atributos_objeto(object);
+    for (uint32_t i = 0; i < arr_NumElemsPuntero(members); ++i) {
+        const auto *member =
+            static_cast<const tqjson2_atributo_t *>(arr_GetPunteroConTipo(members, i));
+        tqjson2_append_puntero_nodo_const_a_objeto(
+            decoded.get(), decoded_name(tqjson2_get_nombre_atributo(member)).c_str(),
+            tqjson2_get_valor_atributo(member));
+    }
+    return decoded;
 }
 
 size_t count_members_named(const tqjson2_nodo_t *object, const std::u16string &name) {
@@ -72,67 +141,60 @@ size_t count_members_named(const tqjson2_nodo_t *object, const std::u16string &n
     return count;
 }
 
+const tqjson2_nodo_t *member_of(const std::string &where, const tqjson2_nodo_t *object,
+                                const Segment &segment, const std::string &at, bool ignore_case) {
+    const Tree decoded = with_decoded_names(object);
+    tqjson2_nodo_t *found = nullptr;
+    const tqbool exists = ignore_case ? tqjson2_existe_atributo_con_nombre_may_o_min_en_objeto(
+                                            decoded.get(), segment.member.c_str(), &found)
+                                      : tqjson2_existe_atributo_con_nombre_en_objeto(
+                                            decoded.get(), segment.member.c_str(), &found);
+    if (exists == CIERTO)
+        return found;
+    // The exact lookup takes a name present twice for absent: say which it was.
+    if (!ignore_case && count_members_named(decoded.get(), segment.member) > 1)
+        fail(exit_not_as_asked,
+             where + ": member \"" + segment.text + "\" appears more than once at " + at);
+    fail(exit_not_as_asked, where + ": no member \"" + segment.text + "\" at " + at);
+}
+
 // The node that the path names, or a failure naming the path up to the segment that failed.
-const tqjson2_nodo_t *walk(const std::string &name, const tqjson2_nodo_t *node,
-                           const std::vector<Segment> &segments, bool ignore_case) {
+const tqjson2_nodo_t *walk(const std::string &where, const tqjson2_nodo_t *node, const Path &path,
+                           bool ignore_case) {
     std::string walked;
-    for (size_t i = 0; i < segments.size(); ++i) {
-        const Segment &segment = segments[i];
-        const std::string at = i == 0 ? segment.text : walked + "/" + segment.text;
+    for (size_t i = 0; i < path.segments.size(); ++i) {
+        const Segment &segment = path.segments[i];
+        const std::string at = path.pointer ? walked + "/" + segment.text
+                               : i == 0     ? segment.text
+                                            : walked + "/" + segment.text;
         const int32_t kind = tqjson2_tipo_nodo(node);
-        tqjson2_nodo_t *next = nullptr;
         if (kind == TQJSON_TIPO_OBJETO) {
-            const tqbool found = ignore_case
-                                     ? tqjson2_existe_atributo_con_nombre_may_o_min_en_objeto(
-                                           node, segment.member.c_str(), &next)
-                                     : tqjson2_existe_atributo_con_nombre_en_objeto(
-                                           node, segment.member.c_str(), &next);
-            if (found != CIERTO) {
-                // The exact lookup takes a name present twice for absent: say which it was.
-                if (!ignore_case && count_members_named(node, segment.member) > 1)
-                    fail(exit_not_as_asked, name + ": member \"" + segment.text +
-                                                "\" appears more than once at " + at);
-                fail(exit_not_as_asked, name + ": no member \"" + segment.text + "\" at " + at);
-            }
+            node = member_of(where, node, segment, at, ignore_case);
         } else if (kind == TQJSON_TIPO_ARRAY) {
-            const std::optional<uint64_t> index = parse_index(segment.text);
+            const std::optional<uint64_t> index = parse_index(segment.text, path.pointer);
             if (!index)
                 fail(exit_not_as_asked,
-                     name + ": \"" + segment.text + "\" is not an array index at " + at);
+                     where + ": \"" + segment.text + "\" is not an array index at " + at);
             const arr_puntero_t *elements = tqjson2_get_valores_array(node);
             if (*index >= arr_NumElemsPuntero(elements))
-                fail(exit_not_as_asked, name + ": no element " + segment.text + " at " + at);
-            next = static_cast<tqjson2_nodo_t *>(
+                fail(exit_not_as_asked, where + ": no element " + segment.text + " at " + at);
+            node = static_cast<tqjson2_nodo_t *>(
                 arr_GetPunteroConTipo(elements, static_cast<uint32_t>(*index)));
         } else {
-            fail(exit_not_as_asked, name + ": " + walked + " is not an object or an array");
+            fail(exit_not_as_asked, where + ": " + (walked.empty() ? "the document" : walked) +
+                                        " is not an object or an array");
         }
-        node = next;
         walked = at;
     }
     return node;
 }
 
-// The library writes numbers only inside documents: the double is borrowed by a one-member
-// object, whose minified text is then cut down to the number.
-std::string double_text(const tqjson2_nodo_t *node) {
-    const Tree holder{tqjson2_crea_nodo_objeto()};
-    tqjson2_append_puntero_nodo_const_a_objeto(holder.get(), u"v", node);
-    const Text written{tqjson2_genera_texto_utf8_minificado(holder.get())};
-    constexpr std::string_view prefix = "{\"v\" : ";
-    constexpr std::string_view suffix = "}";
-    std::string_view text = written.get();
-    if (text.starts_with(prefix) && text.ends_with(suffix))
-        text = text.substr(prefix.size(), text.size() - prefix.size() - suffix.size());
-    return std::string(text);
-}
-
 // Decoding reports each "\u00" sequence whose digits are not hexadecimal; it becomes '?'.
-std::string string_text(const std::string &name, const tqjson2_nodo_t *node) {
+std::string string_text(const std::string &where, const tqjson2_nodo_t *node) {
     take_reports();
     const WideText decoded{tqjson2_get_valor_cadena_unicode(node)};
     if (const int bad = take_reports().others; bad > 0)
-        print_warning(name + ": " + std::to_string(bad) +
+        print_warning(where + ": " + std::to_string(bad) +
                       (bad == 1 ? " \\u00 sequence with bad digits was"
                                 : " \\u00 sequences with bad digits were") +
                       " printed as '?'");
@@ -140,14 +202,14 @@ std::string string_text(const std::string &name, const tqjson2_nodo_t *node) {
 }
 
 // The value as it is printed, ending with a line feed.
-std::string value_text(const std::string &name, const tqjson2_nodo_t *node) {
+std::string value_text(const std::string &where, const tqjson2_nodo_t *node) {
     switch (tqjson2_tipo_nodo(node)) {
         case TQJSON_TIPO_CADENA:
-            return string_text(name, node) + "\n";
+            return string_text(where, node) + "\n";
         case TQJSON_TIPO_ENTERO:
             return std::to_string(tqjson2_get_valor_entero(node)) + "\n";
         case TQJSON_TIPO_DOUBLE:
-            return double_text(node) + "\n";
+            return written_double(tqjson2_get_valor_double(node)) + "\n";
         case TQJSON_TIPO_BOOLEANO: {
             tqbool value = FALSO;
             tqjson2_es_valor_booleano(node, &value);
@@ -163,7 +225,8 @@ std::string value_text(const std::string &name, const tqjson2_nodo_t *node) {
 } // namespace
 
 int run_get(const std::vector<std::string> &args) {
-    const CommandLine line = parse_command_line("get", args, {"--ignore-case"}, false);
+    const CommandLine line =
+        parse_command_line("get", args, {"--ignore-case", "--lines", "--strict"}, false);
     if (line.help) {
         write_stdout(usage);
         return exit_success;
@@ -171,11 +234,31 @@ int run_get(const std::vector<std::string> &args) {
     if (line.operands.size() != 2)
         fail_usage("get", "needs a FILE and a PATH");
     const std::string &name = line.operands[0];
-    const std::vector<Segment> segments = split_path(line.operands[1]);
-    const Tree root = read_document_or_fail(name);
-    const tqjson2_nodo_t *node = walk(name, root.get(), segments, has_flag(line, "--ignore-case"));
-    write_stdout(value_text(name, node));
-    return exit_success;
+    const Path path = parse_path(line.operands[1]);
+    const bool lines = has_flag(line, "--lines");
+    const bool strict = has_flag(line, "--strict");
+    Findings findings;
+    bool any_missing = false;
+    for_each_document(name, lines, [&](Document &document) {
+        const std::string where = lines ? name + ":" + std::to_string(document.first_line) : name;
+        if (!document.root)
+            fail(exit_not_as_asked, unreadable(name, document));
+        findings.add(document.scan);
+        if (strict)
+            warn_about_findings(name, findings, true);
+        // With --lines a document without the value is told, and the others still answer.
+        try {
+            write_stdout(value_text(
+                where, walk(where, document.root.get(), path, has_flag(line, "--ignore-case"))));
+        } catch (const Failure &failure) {
+            if (!lines)
+                throw;
+            print_error(failure.message);
+            any_missing = true;
+        }
+    });
+    warn_about_findings(name, findings, false);
+    return any_missing ? exit_not_as_asked : exit_success;
 }
 
 } // namespace tqjson

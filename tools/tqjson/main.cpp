@@ -16,20 +16,29 @@ namespace {
 
 constexpr std::string_view usage = R"(Usage: tqjson COMMAND [ARGUMENTS]
 
-Reads, checks, queries and writes JSON documents, and converts Base64.
+Reads, checks, queries and writes JSON documents through the tqjson2 library, and
+tells where the library reads them otherwise than JSON or would not give them back
+as written; converts Base64.
 
 Commands:
-  format [FILE|-]                write a document indented, or minified
-  check FILE...                  tell whether each file is a readable document
-  get FILE PATH                  print the value at a path of member names and indexes
+  format [FILE|-]                write a document as the library writes it
+  check FILE...                  tell what the library makes of each file
+  get FILE PATH|POINTER          print the value at a path or a JSON Pointer
   base64 encode|decode [FILE|-]  convert bytes to Base64 text and back
+
+format, check and get take --lines (one document a line: JSON Lines) and --strict
+(any finding of check is a failure).
 
 Options:
   -h, --help   print this help; tqjson COMMAND --help prints a command's
   --version    print the version
 
+Places in a document are LINE:COLUMN, both from 1; a column counts UTF-16 code
+units, so a character beyond U+FFFF counts two.
+
 Exit status: 0 on success, 1 when an input is not what was asked for (not a readable
-document, a path not found, not Base64 text), 2 for usage and file errors.
+document, a finding under --strict, a path not found, not Base64 text), 2 for usage
+and file errors. Errors name the file, and for files the system's reason.
 )";
 
 struct Command {

@@ -2,12 +2,16 @@
 
 #include "utf.h"
 
+#include <sys/stat.h>
+
 #if defined(_WIN32)
 #include <fcntl.h>
 #include <io.h>
 #include <windows.h>
 
 #include <shellapi.h>
+#else
+#include <unistd.h>
 #endif
 
 namespace tqjson {
@@ -45,6 +49,32 @@ std::FILE *open_file(const std::string &name, const char *mode) {
     return _wfopen(reinterpret_cast<const wchar_t *>(wide_name->c_str()), wide_mode.c_str());
 #else
     return std::fopen(name.c_str(), mode);
+#endif
+}
+
+std::optional<int64_t> standard_input_file_position() {
+#if defined(_WIN32)
+    struct _stat64 status;
+    if (_fstat64(_fileno(stdin), &status) != 0 || (status.st_mode & _S_IFMT) != _S_IFREG)
+        return std::nullopt;
+    const int64_t position = _ftelli64(stdin);
+#else
+    struct stat status;
+    if (fstat(fileno(stdin), &status) != 0 || !S_ISREG(status.st_mode))
+        return std::nullopt;
+    const int64_t position = ftello(stdin);
+#endif
+    if (position < 0)
+        return std::nullopt;
+    return position;
+}
+
+bool seek_standard_input(int64_t position) {
+    std::clearerr(stdin);
+#if defined(_WIN32)
+    return _fseeki64(stdin, position, SEEK_SET) == 0;
+#else
+    return fseeko(stdin, position, SEEK_SET) == 0;
 #endif
 }
 

@@ -42,14 +42,9 @@ ReportCounts take_reports() {
 }
 
 void warn_about_reports(std::string_view name, const ReportCounts &reported) {
-    const std::string prefix = std::string(name) + ": ";
-    if (reported.integers_beyond_32_bits > 0)
-        print_warning(prefix +
-                      counted(reported.integers_beyond_32_bits, "integer beyond 32 bits was",
-                              "integers beyond 32 bits were") +
-                      " read as the nearest 32-bit value");
     if (reported.others > 0)
-        print_warning(prefix + counted(reported.others, "other value was", "other values were") +
+        print_warning(std::string(name) + ": " +
+                      counted(reported.others, "other value was", "other values were") +
                       " reported while reading");
 }
 

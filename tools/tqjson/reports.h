@@ -17,8 +17,9 @@ void install_report_counter();
 // The counts since the previous call, which start again from zero.
 ReportCounts take_reports();
 
-// At most one warning line for the integers and one for the other reports made while reading
-// the input `name`; nothing when there were none.
+// One warning line for the reports other than integers beyond 32 bits (which the strict
+// reading tells with their places) made while reading the input `name`; nothing when there
+// were none.
 void warn_about_reports(std::string_view name, const ReportCounts &counts);
 
 } // namespace tqjson
