@@ -9,6 +9,7 @@
 #   STDERR_FILE  the file it must equal (neither: nothing)
 #   OUTPUT   the file WORK/output must equal, when the case writes one
 #   NO_OUTPUT  ON: WORK/output must not exist
+#   PRESET   a file WORK/output holds before the tool runs (a save over an older file)
 #   EMULATOR what runs the tool, where it is built for another system (wine)
 #   CRLF     ON: the expected STDOUT and OUTPUT hold CR LF where their files hold LF
 # The tool's temporary files go to WORK too.
@@ -18,6 +19,9 @@ file(REMOVE_RECURSE "${WORK}")
 file(MAKE_DIRECTORY "${WORK}")
 string(REPLACE "|" ";" args "${ARGS}")
 list(TRANSFORM args REPLACE "^@OUT@$" "${WORK}/output")
+if(PRESET)
+  file(COPY_FILE "${PRESET}" "${WORK}/output")
+endif()
 if(STDIN)
   set(stdin "${STDIN}")
 else()
@@ -98,6 +102,12 @@ if(OUTPUT)
   compare_file("the output file" "${WORK}/output" "${OUTPUT}")
 elseif(NO_OUTPUT AND EXISTS "${WORK}/output")
   string(APPEND problems "the output file exists\n")
+endif()
+
+# A save leaves nothing of its own beside the file it saved, whether it succeeded or not.
+file(GLOB strays "${WORK}/.tqbase-*")
+if(strays)
+  string(APPEND problems "left beside the output: ${strays}\n")
 endif()
 
 if(problems)

@@ -62,11 +62,14 @@ std::string read_input(const std::string &name) {
     }
 }
 
+// The tool's own files are saved as the library saves its own: into a new file beside the
+// target, which takes the target's place only once every byte is on the device.
 Output::Output(const std::optional<std::string> &output) : name_(output) {
     if (!name_)
         return;
+    const std::u16string wide = wide_file_name(*name_);
     errno = 0;
-    file_.reset(open_file(*name_, "wb"));
+    file_.reset(f_lc_fopen_u(wide.c_str(), u"wb", "tqjson", __LINE__));
     if (!file_)
         fail_system(*name_, "cannot write");
 }
@@ -76,14 +79,21 @@ void Output::write(std::string_view bytes) {
         write_stdout(bytes);
         return;
     }
-    if (std::fwrite(bytes.data(), 1, bytes.size(), file_.get()) != bytes.size())
+    if (lc_fwrite(file_.get(), bytes.data(), bytes.size()) != CIERTO) {
+        const int error = errno;
+        file_.reset(); // the save is given up: the target keeps what it held
+        errno = error;
         fail_system(*name_, "cannot write");
+    }
 }
 
 void Output::finish() {
-    // Closing flushes what is still buffered, so it decides too.
-    if (file_ && std::fclose(file_.release()) != 0)
+    if (!file_)
+        return;
+    if (const int error = lc_fclose(file_.release()); error != 0) {
+        errno = error;
         fail_system(*name_, "cannot write");
+    }
 }
 
 TemporaryFile::TemporaryFile() {

@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+#include "tqbase.h"
+
 namespace tqjson {
 
 struct FileCloser {
@@ -38,9 +40,17 @@ class InputStream {
 // The whole content of the file `name`, or of standard input for "-".
 std::string read_input(const std::string &name);
 
-// Where the tool writes bytes of its own: the file `output` (created or emptied when this is
-// made), or standard output when there is none. Every file the tool writes itself goes through
-// here.
+// A save of the file component: given up, unless finished, when it goes.
+struct SaveDiscarder {
+    void operator()(lc_fichero_t *file) const { lc_fdescarta(file); }
+};
+using Save = std::unique_ptr<lc_fichero_t, SaveDiscarder>;
+
+// Where the tool writes bytes of its own: the file `output`, which they replace only when
+// finish() has put every one of them on the device (a command that fails first leaves the file
+// as it was), or standard output when there is none. Every file the tool writes itself goes
+// through here.
+
 class Output {
   public:
     explicit Output(const std::optional<std::string> &output);
@@ -50,7 +60,7 @@ class Output {
 
   private:
     std::optional<std::string> name_;
-    File file_;
+    Save file_;
 };
 
 // A new empty file of the tool's own in the temporary directory, removed when this ends.
