@@ -9,7 +9,13 @@
 #include <io.h>
 #include <windows.h>
 
-#include <shellapi.h>
+// The C runtime's own split of the wide command line, by the rules it splits the narrow one:
+// no other system library has to be loaded for it (msvcrt exports it; no header declares it).
+struct i_inicio_crt {
+    int nuevo_modo;
+};
+extern "C" int __wgetmainargs(int *argc, wchar_t ***argv, wchar_t ***entorno, int comodines,
+                              i_inicio_crt *inicio);
 #else
 #include <unistd.h>
 #endif
@@ -21,11 +27,13 @@ std::vector<std::string> utf8_arguments(int argc, char **argv) {
     // The narrow arguments are in the ANSI code page, which cannot hold every name.
     (void)argc, (void)argv;
     int count = 0;
-    wchar_t **wide = CommandLineToArgvW(GetCommandLineW(), &count);
+    wchar_t **wide = nullptr, **environment = nullptr;
+    i_inicio_crt start{0};
     std::vector<std::string> arguments;
-    for (int i = 1; wide && i < count; ++i)
+    if (__wgetmainargs(&count, &wide, &environment, 0, &start) != 0 || !wide)
+        return arguments;
+    for (int i = 1; i < count; ++i)
         arguments.push_back(utf8_from_utf16(reinterpret_cast<const char16_t *>(wide[i])));
-    LocalFree(wide);
     return arguments;
 #else
     return {argv + 1, argv + argc};
