@@ -29,10 +29,20 @@ static i_hueco_anexo *i_hueco(const arr_puntero *arr) {
     return arr->a.con_prefijo ? static_cast<i_hueco_anexo *>(i_prefijo(arr)) : nullptr;
 }
 
+// Takes the attachment off. A change never overlaps another use of the array, so no reader can
+// put one on meanwhile.
+static arr_anexo_t *i_quita_anexo(arr_puntero *arr) {
+    i_hueco_anexo *hueco = i_hueco(arr);
+    arr_anexo_t *anexo = hueco ? hueco->load(std::memory_order_acquire) : nullptr;
+    if (anexo)
+        hueco->store(nullptr, std::memory_order_relaxed);
+    return anexo;
+}
+
 // Every change made through this component begins here: the attachment describes the elements
 // as they were, so it goes.
 static void i_suelta_anexo(arr_puntero *arr) {
-    if (arr_anexo_t *anexo = arr_QuitaAnexoPuntero(arr))
+    if (arr_anexo_t *anexo = i_quita_anexo(arr))
         anexo->suelta(anexo);
 }
 
@@ -65,12 +75,7 @@ arr_anexo_t *arr_PonAnexoPuntero(const arr_puntero_t *arr, arr_anexo_t *anexo) {
 }
 
 arr_anexo_t *arr_QuitaAnexoPuntero(arr_puntero_t *arr) {
-    i_hueco_anexo *hueco = i_array_valido(arr) ? i_hueco(arr) : nullptr;
-    // A change never overlaps another use of the array, so no reader can put one on meanwhile.
-    arr_anexo_t *anexo = hueco ? hueco->load(std::memory_order_acquire) : nullptr;
-    if (anexo)
-        hueco->store(nullptr, std::memory_order_relaxed);
-    return anexo;
+    return i_array_valido(arr) ? i_quita_anexo(arr) : nullptr;
 }
 
 arr_puntero_t *arr_CreaPunteroConTipoCon(void *const *elementos, uint32_t num) {
