@@ -366,6 +366,10 @@ void i_borra_atributo(arr_puntero_t *atributos, uint32_t posicion) {
     if (!anexo)
         return;
     datos = arr_DatosPunteroConTipo(atributos, &num);
+    if (num < i_UMBRAL_INDICE) { // searched member by member from now on
+        i_suelta_indice(anexo);
+        return;
+    }
     for (i_coincidencia coincidencia : {i_EXACTA, i_MAY_O_MIN}) {
         std::atomic<i_tabla *> &tabla = i_indice_de(anexo)->tablas[coincidencia];
         i_tabla *propia = quita ? tabla.load(std::memory_order_relaxed) : nullptr;

@@ -227,6 +227,15 @@ TEST(MemberIndex, ExtractionHandsTheAnswerOnWithinANameShared) {
         model.miembros.erase(model.miembros.begin() + at[0]);
         expect_as_model(handler, o.raiz, model, probes);
     }
+    // Below the threshold the index goes: a small object holds none.
+    const arr_puntero_t *atributos = tqjson2_get_atributos_objeto(o.raiz);
+    for (int i = 10; arr_NumElemsPuntero(atributos) >= i_UMBRAL_INDICE; ++i) {
+        EXPECT_NE(arr_AnexoPuntero(atributos), nullptr);
+        Tree extraido{nullptr};
+        tqjson2_se_extrae_atributo_con_nombre_de_objeto(
+            o.raiz, label("f" + std::to_string(i)).c_str(), &extraido.raiz);
+    }
+    EXPECT_EQ(arr_AnexoPuntero(atributos), nullptr);
 }
 
 // A null slot is reported by the comparator wherever the search meets it, as it always was.
