@@ -3,6 +3,8 @@
 #   bash bench/run.sh reader   reads each document of bench/data and writes it back; scans it
 #   bash bench/run.sh writer   generates text for 1,000 to 1,000,000 records
 #   bash bench/run.sh base64   encodes and decodes 64 MiB
+#   bash bench/run.sh lookup   saves 1,000 to 40,000 labels in one object and looks each up;
+#                              looks up the members of objects of 1 to 16 members
 #   bash bench/run.sh peers    tqjson2 side by side with peer JSON libraries, one table a document
 #   bash bench/run.sh memory   RSS under producer and consumer threads, a thread per read, and a
 #                              100 MB document read and destroyed (a plain program: arguments are
@@ -10,7 +12,7 @@
 # Extra arguments go to the benchmark (for example --benchmark_filter=read/).
 set -euo pipefail
 cd "$(dirname "$0")/.."
-which="${1:?usage: bash bench/run.sh reader|writer|base64|peers|memory [benchmark arguments]}"
+which="${1:?usage: bash bench/run.sh reader|writer|base64|lookup|peers|memory [benchmark arguments]}"
 shift
 bash tools/install-deps.sh
 if [ "$which" = peers ]; then bash bench/install-peers.sh; fi

@@ -8,19 +8,25 @@
 #include "tqbase/arrays.h"
 #include "tqbase/memoria.h"
 
-// The largest count: one below ARR_NO_ENCONTRADO, which searches answer for "no match".
-inline constexpr uint32_t i_MAX_ELEMENTOS = ARR_NO_ENCONTRADO - 1;
+// The largest count: what a capacity of 31 bits holds (the 32nd bit is the record's flag), and
+// below ARR_NO_ENCONTRADO, which searches answer for "no match".
+inline constexpr uint32_t i_MAX_ELEMENTOS = 0x7FFFFFFF;
+
+// The word that a record may have right before it, for an attachment (pointer arrays).
+inline constexpr size_t i_TAM_PREFIJO = sizeof(void *);
 
 template <class T> struct i_almacen {
     T *datos;
     uint32_t num;
-    uint32_t capacidad;
+    uint32_t capacidad : 31;
+    uint32_t con_prefijo : 1; // a word of i_TAM_PREFIJO bytes stands right before the record
 
     // `num` zero-filled elements (null pointers, FALSO, 0.0 as all-zero bits).
     void inicia(uint32_t cuantos) {
         datos = nullptr;
         num = 0;
         capacidad = 0;
+        con_prefijo = 0;
         if (cuantos > 0) {
             reserva(cuantos);
             std::memset(static_cast<void *>(datos), 0, sizeof(T) * cuantos);
@@ -86,31 +92,50 @@ template <class A> A *i_crea_array(uint32_t num) {
 }
 
 // Creates an array record of kind A holding a copy of `num` elements, which stand in the
-// record's own block: one allocation for an array that is built once.
-template <class A, class T> A *i_crea_array_con(const T *elementos, uint32_t num) {
+// record's own block: one allocation for an array that is built once. With `con_prefijo` the
+// block begins with a zero-filled word before the record (i_prefijo).
+template <class A, class T>
+A *i_crea_array_con(const T *elementos, uint32_t num, bool con_prefijo = false) {
     static_assert(sizeof(A) == sizeof(i_almacen<T>), "the storage is the record");
-    A *arr = static_cast<A *>(marlspy_nousar_malloc(sizeof(A) + sizeof(T) * num));
+    const size_t prefijo = con_prefijo ? i_TAM_PREFIJO : 0;
+    char *bloque =
+        static_cast<char *>(marlspy_nousar_malloc(prefijo + sizeof(A) + sizeof(T) * num));
+    if (con_prefijo)
+        std::memset(bloque, 0, i_TAM_PREFIJO);
+    A *arr = reinterpret_cast<A *>(bloque + prefijo);
     arr->a.datos = arr->a.datos_en_linea();
     arr->a.num = num;
     arr->a.capacidad = num;
+    arr->a.con_prefijo = con_prefijo;
     if (num > 0)
         std::memcpy(static_cast<void *>(arr->a.datos), elementos, sizeof(T) * num);
     return arr;
 }
 
+// The word before a record created with one.
+template <class A> void *i_prefijo(const A *arr) {
+    return const_cast<char *>(reinterpret_cast<const char *>(arr)) - i_TAM_PREFIJO;
+}
+
 // Frees an array record whose elements need no release of their own, and nulls the handle.
 template <class A> void i_destruye_array(A **arr) {
     (*arr)->a.libera();
-    marlspy_nousar_free_pp(arr, sizeof(A));
+    if ((*arr)->a.con_prefijo) {
+        void *bloque = i_prefijo(*arr);
+        marlspy_nousar_free_pp(&bloque, 1);
+        *arr = nullptr;
+    } else {
+        marlspy_nousar_free_pp(arr, sizeof(A));
+    }
 }
 
-// As i_destruye_array, but the blocks it would free (the record, and the element storage when
-// it is a block of its own) go to `bloques` for the caller to free; returns how many.
+// As i_destruye_array, but the blocks it would free (the record's block, and the element storage
+// when it is a block of its own) go to `bloques` for the caller to free; returns how many.
 template <class A> uint32_t i_desmonta_array(A **arr, void **bloques) {
     uint32_t num = 0;
     if (!(*arr)->a.en_linea() && (*arr)->a.datos)
         bloques[num++] = (*arr)->a.datos;
-    bloques[num++] = *arr;
+    bloques[num++] = (*arr)->a.con_prefijo ? i_prefijo(*arr) : static_cast<void *>(*arr);
     *arr = nullptr;
     return num;
 }

@@ -26,6 +26,13 @@ TQBASE_API tqbool widestr_nousar_cadenas_iguales(const char16_t *cadena_1, const
 TQBASE_API tqbool widestr_nousar_cadenas_iguales_may_o_min(const char16_t *cadena_1,
                                                            const char16_t *cadena_2,
                                                            const char *modulo, int linea);
+// A keyed hash of the text (SipHash-1-3 of its units, with the 128-bit `clave`): texts that
+// widestr_nousar_cadenas_iguales calls equal hash alike, and without the key nobody can choose
+// texts that collide. The text must not be null.
+TQBASE_API uint64_t widestr_nousar_resumen(const char16_t *cadena, const uint64_t clave[2]);
+// The same of the text's case-folded units: texts equal ignoring letter case hash alike.
+TQBASE_API uint64_t widestr_nousar_resumen_may_o_min(const char16_t *cadena,
+                                                     const uint64_t clave[2]);
 // CIERTO when `cadena` begins with `prefijo` (compared unit by unit).
 TQBASE_API tqbool widestr_nousar_es_subcadena_inicial(const char16_t *cadena,
                                                       const char16_t *prefijo, const char *modulo,

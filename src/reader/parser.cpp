@@ -217,8 +217,10 @@ tqjson2_nodo_t *i_crea_contenedor(i_lectura &lectura, const i_contenedor_leido &
     const auto num = static_cast<uint32_t>(i_num_hijos(lectura, contenedor));
     if (num > i_HIJOS_CONTENEDOR_GRANDE)
         lectura.hijos.ajusta();
-    arr_puntero_t *hijos =
-        arr_CreaPunteroConTipoCon(lectura.hijos.data() + contenedor.primer_hijo, num);
+    void *const *primero = lectura.hijos.data() + contenedor.primer_hijo;
+    // A member array has room for the index of its names.
+    arr_puntero_t *hijos = contenedor.es_objeto ? arr_CreaPunteroConAnexo(primero, num)
+                                                : arr_CreaPunteroConTipoCon(primero, num);
     lectura.hijos.resize(contenedor.primer_hijo);
     return i_nodo_sin_numero(lectura, contenedor.es_objeto ? TQJSON_TIPO_OBJETO : TQJSON_TIPO_ARRAY,
                              hijos, FALSO);

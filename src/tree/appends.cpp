@@ -1,6 +1,7 @@
 // Building trees: appending members to objects and elements to arrays. Every append ends in
 // one of the two core appends, which take the member or node over.
 #include "tree/guarded_text.h"
+#include "tree/member_index.h"
 
 void tqjson2_append_atributo_a_objeto(tqjson2_nodo_t *objeto, tqjson2_atributo_t **atributo) {
     // Taken over before the object is checked, so that a refused member is not leaked.
@@ -12,7 +13,7 @@ void tqjson2_append_atributo_a_objeto(tqjson2_nodo_t *objeto, tqjson2_atributo_t
         return;
     }
     if (propio)
-        arr_AppendPunteroConTipo(objeto->atributos_objeto, propio);
+        i_agrega_atributo(objeto->atributos_objeto, propio);
 }
 
 void tqjson2_append_elemento_a_array(tqjson2_nodo_t *nodo_array, tqjson2_nodo_t **nodo) {

@@ -44,7 +44,7 @@ tqjson2_nodo_t *i_crea_nodo_texto_unicode(tqbool codifica, char16_t **texto_unic
 }
 
 tqjson2_nodo_t *tqjson2_crea_nodo_objeto(void) {
-    arr_puntero_t *atributos = arr_CreaPunteroConTipo(0);
+    arr_puntero_t *atributos = arr_CreaPunteroConAnexo(nullptr, 0); // with room for an index
     return i_crea_nodo_objeto_con_atributos(&atributos);
 }
 

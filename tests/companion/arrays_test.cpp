@@ -108,6 +108,58 @@ TEST(PointerArrays, BadIndexesAndHandlesAreReportedAndHarmless) {
     arr_DestruyeEstructurasConTipo(&arr, destruye_int);
 }
 
+// An attachment that counts how often the array lets go of it.
+struct Counted {
+    arr_anexo_t anexo{[](arr_anexo_t *a) { ++reinterpret_cast<Counted *>(a)->released; }};
+    int released = 0;
+};
+
+TEST(PointerArrays, EveryChangeLetsTheAttachmentGoOnce) {
+    static int uno = 1, dos = 2;
+    using Change = void (*)(arr_puntero_t **);
+    const std::pair<const char *, Change> changes[] = {
+        {"set", [](arr_puntero_t **a) { arr_SetPunteroConTipo(*a, 0, &dos); }},
+        {"append", [](arr_puntero_t **a) { arr_AppendPunteroConTipo(*a, &dos); }},
+        {"remove", [](arr_puntero_t **a) { arr_BorrarEstructuraConTipo(*a, 1, nullptr); }},
+        {"take last", [](arr_puntero_t **a) { arr_ExtraeUltimoPunteroConTipo(*a); }},
+        {"destroy", [](arr_puntero_t **a) { arr_DestruyeEstructurasConTipo(a, nullptr); }},
+    };
+    for (const auto &[label, change] : changes) {
+        SCOPED_TRACE(label);
+        void *const elementos[] = {&uno, &dos};
+        arr_puntero_t *arr = arr_CreaPunteroConAnexo(elementos, 2);
+        Counted counted;
+        ASSERT_EQ(arr_PonAnexoPuntero(arr, &counted.anexo), &counted.anexo);
+        arr_GetPunteroConTipo(arr, 1); // reading keeps it
+        EXPECT_EQ(arr_AnexoPuntero(arr), &counted.anexo);
+        change(&arr);
+        EXPECT_EQ(counted.released, 1);
+        if (arr) {
+            EXPECT_EQ(arr_AnexoPuntero(arr), nullptr);
+            arr_DestruyeEstructurasConTipo(&arr, nullptr);
+            EXPECT_EQ(counted.released, 1);
+        }
+    }
+}
+
+TEST(PointerArrays, OnlyOneAttachmentIsPutAndItsOwnerMayTakeItOff) {
+    arr_puntero_t *arr = arr_CreaPunteroConAnexo(nullptr, 0);
+    Counted first, second;
+    EXPECT_EQ(arr_PonAnexoPuntero(arr, &first.anexo), &first.anexo);
+    EXPECT_EQ(arr_PonAnexoPuntero(arr, &second.anexo), &first.anexo);
+    EXPECT_EQ(arr_QuitaAnexoPuntero(arr), &first.anexo);
+    EXPECT_EQ(arr_QuitaAnexoPuntero(arr), nullptr);
+    arr_AppendPunteroConTipo(arr, &first); // with none on, a change releases nothing
+    EXPECT_EQ(arr_PonAnexoPuntero(arr, &second.anexo), &second.anexo);
+    arr_DestruyeEstructurasConTipo(&arr, nullptr);
+    EXPECT_EQ(std::tuple(first.released, second.released), std::tuple(0, 1));
+
+    arr_puntero_t *sin_hueco = arr_CreaPunteroConTipo(0); // no word for one
+    EXPECT_EQ(arr_PonAnexoPuntero(sin_hueco, &first.anexo), nullptr);
+    EXPECT_EQ(arr_AnexoPuntero(sin_hueco), nullptr);
+    arr_DestruyeEstructurasConTipo(&sin_hueco, nullptr);
+}
+
 TEST(PlainArrays, HoldWhatIsSetAndStartZeroed) {
     arr_bool_t *b = arr_CreaBOOL(3);
     arr_ulong_t *u = arr_CreaULong(2);

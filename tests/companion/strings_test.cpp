@@ -80,7 +80,8 @@ TEST(WideStrings, ComparisonsPrefixesBlanksAndSearch) {
     EXPECT_EQ(widestr_nousar_strchr(u"15", u'.', kModulo, 1), nullptr);
 }
 
-TEST(WideStrings, EqualityIgnoringCaseFoldsLettersBeyondAscii) {
+// Texts equal ignoring case hash alike under the folded hash; the exact hash tells case apart.
+TEST(WideStrings, EqualityIgnoringCaseFoldsLettersBeyondAsciiAndHashesAlike) {
     const struct {
         const char16_t *a, *b;
         tqbool iguales;
@@ -88,8 +89,17 @@ TEST(WideStrings, EqualityIgnoringCaseFoldsLettersBeyondAscii) {
                 {u"Straße", u"STRAßE", CIERTO}, {u"ЖУК", u"жук", CIERTO},
                 {u"id", u"ID", CIERTO},         {u"a", u"á", FALSO},
                 {u"ab", u"a", FALSO},           {u"1", u"!", FALSO}};
-    for (const auto &row : rows)
+    const uint64_t clave[2] = {0x0706050403020100, 0x0F0E0D0C0B0A0908};
+    const uint64_t otra_clave[2] = {clave[0], clave[1] + 1};
+    for (const auto &row : rows) {
+        SCOPED_TRACE(testing::Message() << std::u16string_view(row.a).size());
         EXPECT_EQ(widestr_nousar_cadenas_iguales_may_o_min(row.a, row.b, kModulo, 1), row.iguales);
+        EXPECT_EQ(widestr_nousar_resumen_may_o_min(row.a, clave) ==
+                      widestr_nousar_resumen_may_o_min(row.b, clave),
+                  row.iguales == CIERTO);
+        EXPECT_NE(widestr_nousar_resumen(row.a, clave), widestr_nousar_resumen(row.b, clave));
+        EXPECT_NE(widestr_nousar_resumen(row.a, clave), widestr_nousar_resumen(row.a, otra_clave));
+    }
 }
 
 TEST(WideStrings, ReportsCarryTheCallersModuleAndLine) {

@@ -3,6 +3,7 @@
 // threads that also free blocks the others allocated. The tsan preset checks them for races.
 #include <gtest/gtest.h>
 
+#include <latch>
 #include <string>
 #include <thread>
 #include <vector>
@@ -44,6 +45,47 @@ TEST(Threads, ReadersShareOneTree) {
         }
     });
     EXPECT_EQ(good, std::vector<int>(kThreads, 5));
+}
+
+// The first lookups of a large object make its index: threads that look it up at once, exactly
+// and ignoring case, each make a table, publish one and use whichever came first; the tree reads
+// the same before and after.
+TEST(Threads, LookupsShareTheIndexTheyMakeOfALargeObject) {
+    constexpr int kMembers = 3000;
+    const auto name = [](const char *prefijo, int i) {
+        const std::string texto = prefijo + std::to_string(i);
+        return std::u16string(texto.begin(), texto.end());
+    };
+    std::string texto = "{";
+    for (int i = 0; i < kMembers; ++i)
+        texto += (i ? ",\"key" : "\"key") + std::to_string(i) + "\": " + std::to_string(i);
+    Tree tree{nullptr};
+    ASSERT_EQ(tqjson2_se_lee_texto_utf8((texto + "}").c_str(), &tree.raiz), CIERTO);
+    const std::string expected = minified(tree.raiz);
+    std::vector<int> good(kThreads, 0);
+    std::latch start(kThreads); // all at once, so that they make the tables side by side
+    in_threads([&](int t) {
+        start.arrive_and_wait();
+        for (int k = 0; k < kMembers; ++k) {
+            const int i = (k * 7 + t * 1000) % kMembers; // each thread in an order of its own
+            tqjson2_nodo_t *exacto = nullptr, *cualquiera = nullptr;
+            int32_t a = -1, b = -1;
+            const auto exacta = [&] {
+                return tqjson2_existe_atributo_con_nombre_en_objeto(
+                    tree.raiz, name("key", i).c_str(), &exacto);
+            };
+            const auto may_o_min = [&] {
+                return tqjson2_existe_atributo_con_nombre_may_o_min_en_objeto(
+                    tree.raiz, name("KEY", i).c_str(), &cualquiera);
+            };
+            const bool found = t % 2 ? (may_o_min() && exacta()) : (exacta() && may_o_min());
+            good[t] += found && tqjson2_es_valor_entero(exacto, &a) && a == i &&
+                       tqjson2_es_valor_entero(cualquiera, &b) && b == i &&
+                       !tqjson2_existe_atributo_con_nombre_en_objeto(tree.raiz, u"KEY1", nullptr);
+        }
+    });
+    EXPECT_EQ(good, std::vector<int>(kThreads, kMembers));
+    EXPECT_EQ(minified(tree.raiz), expected);
 }
 
 // Each thread reads, writes and rereads its own trees; the last tree of each is handed to the
