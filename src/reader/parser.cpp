@@ -8,7 +8,6 @@
 // Containers being read wait on a stack of the parser's own, so nesting costs no C stack; each
 // keeps its collected children and the flag that judges its commas.
 #include <cstring>
-#include <memory>
 #include <string>
 #include <vector>
 
