@@ -264,24 +264,6 @@ void anlex_linea_y_columna_actual(const anlex_t *lex, int32_t *linea, int32_t *c
     *columna = static_cast<int32_t>(unidades + 1);
 }
 
-uint32_t anlex_lee_tokens(anlex_t *lex, anlex_token_t *tokens, uint32_t max) {
-    if (!i_VERIFICA((lex) != NULL) || !i_VERIFICA((tokens) != NULL))
-        return 0;
-    uint32_t leidos = 0;
-    while (leidos < max) {
-        const uint32_t token = i_siguiente(lex);
-        anlex_token_t &destino = tokens[leidos++];
-        destino.inicio = lex->inicio_token;
-        destino.longitud = static_cast<uint32_t>(lex->fin_token - lex->inicio_token);
-        destino.token = static_cast<uint16_t>(token);
-        destino.barras = lex->literal_con_barras && token == ANLEX_LITERAL ? CIERTO : FALSO;
-        destino.id_palabra = token == ANLEX_PALABRA_RESERVADA ? lex->id_palabra : 0;
-        if (token == ANLEX_FIN)
-            break;
-    }
-    return leidos;
-}
-
 void anlex_situa_en_token(anlex_t *lex, const anlex_token_t *token) {
     if (!i_VERIFICA((lex) != NULL) || !i_VERIFICA((token) != NULL))
         return;

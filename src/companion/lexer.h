@@ -104,8 +104,8 @@ TQBASE_API uint32_t anlex_get_id_palabra_reservada_ulong(const anlex_t *lex);
 #define anlex_get_palabra_reservada_enum(lex, tipo_enum)                                           \
     ((tipo_enum)anlex_get_id_palabra_reservada_ulong(lex))
 
-/* Tokens read ahead in bulk, for a reader that keeps its own place: each as anlex_lee_token
-   would make it current, in order. */
+/* A token as the lexer keeps its current one, for a reader that scans by itself and hands the
+   token it stops at back (anlex_situa_en_token). */
 typedef struct anlex_token {
     const char *inicio;  /* its first byte in the UTF-8 input */
     uint32_t longitud;   /* its bytes (a literal's with its quotation marks) */
@@ -114,11 +114,8 @@ typedef struct anlex_token {
     uint32_t id_palabra; /* a reserved word's id */
 } anlex_token_t;
 
-/* Reads up to `max` tokens into `tokens`, stopping after ANLEX_FIN, and returns how many; the
-   last one read is then the current token. */
-TQBASE_API uint32_t anlex_lee_tokens(anlex_t *lex, anlex_token_t *tokens, uint32_t max);
-/* Makes a token this lexer read the current one, for the operations that read the current
-   token (its literal, its position). */
+/* Makes a token of this lexer's input the current one, for the operations that read the
+   current token (its literal, its position). */
 TQBASE_API void anlex_situa_en_token(anlex_t *lex, const anlex_token_t *token);
 /* The value of an integer or real constant token, as anlex_get_cte_entera_double and
    anlex_get_cte_real give it. */

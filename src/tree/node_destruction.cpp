@@ -62,7 +62,8 @@ void i_destruye_atributo(tqjson2_atributo_t **atributo) {
 }
 
 // Frees a node that holds no other node (a scalar or a string) at once; a container waits on
-// `pendientes`, and so does a node of no known kind, whose report i_desmonta_nodo makes.
+// `pendientes`, and so does a node of no known kind, whose report i_desmonta_nodo makes. Every
+// node of a tree being destroyed, its root included, comes through here.
 [[gnu::always_inline]] static inline void i_desmonta_hijo(tqjson2_nodo_t *nodo,
                                                           std::vector<tqjson2_nodo_t *> &pendientes,
                                                           i_liberaciones &liberaciones) {
@@ -82,8 +83,8 @@ void i_destruye_atributo(tqjson2_atributo_t **atributo) {
     }
 }
 
-// Takes apart what `nodo` owns (its children through i_desmonta_hijo), frees everything else it
-// holds and the record itself.
+// Takes apart a container that i_desmonta_hijo set aside (its children go through it in turn)
+// and frees its record; a node of no known kind is reported and freed.
 static void i_desmonta_nodo(tqjson2_nodo_t *nodo, std::vector<tqjson2_nodo_t *> &pendientes,
                             i_liberaciones &liberaciones) {
     switch (nodo->tipo) {
@@ -111,14 +112,6 @@ static void i_desmonta_nodo(tqjson2_nodo_t *nodo, std::vector<tqjson2_nodo_t *> 
                 i_desmonta_array(&nodo->valores_array, liberaciones);
             }
             break;
-        case TQJSON_TIPO_CADENA:
-            liberaciones.agrega(nodo->cadena_utf8);
-            break;
-        case TQJSON_TIPO_ENTERO:
-        case TQJSON_TIPO_DOUBLE:
-        case TQJSON_TIPO_BOOLEANO:
-        case TQJSON_TIPO_NULL:
-            break;
         default:
             i_ERROR_DEFAULT(); // the record is freed all the same
             break;
@@ -129,8 +122,9 @@ static void i_desmonta_nodo(tqjson2_nodo_t *nodo, std::vector<tqjson2_nodo_t *> 
 void tqjson2_destruye_nodo(tqjson2_nodo_t **nodo) {
     if (!i_VERIFICA((nodo) != NULL) || !i_VERIFICA((*nodo) != NULL))
         return;
-    std::vector<tqjson2_nodo_t *> pendientes{i_toma(nodo)};
+    std::vector<tqjson2_nodo_t *> pendientes;
     i_liberaciones liberaciones;
+    i_desmonta_hijo(i_toma(nodo), pendientes, liberaciones);
     while (!pendientes.empty()) {
         tqjson2_nodo_t *siguiente = pendientes.back();
         pendientes.pop_back();
