@@ -440,18 +440,29 @@ void i_puntuacion_en(i_lectura &lectura, const char *p, uint32_t token) {
     lectura.actual.fin = p + 1;
 }
 
+// The comma rule of both kinds of container: a comma is taken only after a child and not right
+// after another comma.
+i_paso i_juzga_coma(const i_lectura &lectura, i_contenedor_leido &contenedor) {
+    if (contenedor.coma == CIERTO || i_num_hijos(lectura, contenedor) == 0)
+        return i_paso::termina_mal;
+    contenedor.coma = CIERTO;
+    return i_paso::sigue;
+}
+
+// A closing mark ends its container, which fails when a comma came last.
+i_paso i_juzga_cierre(const i_contenedor_leido &contenedor) {
+    return contenedor.coma == CIERTO ? i_paso::termina_mal : i_paso::termina_bien;
+}
+
 // An array judges the token at which a value failed: its closing bracket ends it, a comma
 // that the comma rule accepts lets it go on, anything else fails it.
 i_paso i_juzga_array(i_lectura &lectura) {
     i_contenedor_leido &array = lectura.pila.back();
     switch (lectura.actual.token) {
         case ANLEX_CORCH_CER:
-            return array.coma == CIERTO ? i_paso::termina_mal : i_paso::termina_bien;
+            return i_juzga_cierre(array);
         case ANLEX_COMA:
-            if (array.coma == CIERTO || i_num_hijos(lectura, array) == 0)
-                return i_paso::termina_mal;
-            array.coma = CIERTO;
-            return i_paso::sigue;
+            return i_juzga_coma(lectura, array);
         default:
             return i_paso::termina_mal;
     }
@@ -478,12 +489,9 @@ i_paso i_juzga_array(i_lectura &lectura) {
     i_contenedor_leido &objeto = lectura.pila.back();
     switch (i_lee_token(lectura)) {
         case ANLEX_COMA:
-            if (objeto.coma == CIERTO || i_num_hijos(lectura, objeto) == 0)
-                return i_paso::termina_mal;
-            objeto.coma = CIERTO;
-            return i_paso::sigue;
+            return i_juzga_coma(lectura, objeto);
         case ANLEX_LLAVE_CER:
-            return objeto.coma == CIERTO ? i_paso::termina_mal : i_paso::termina_bien;
+            return i_juzga_cierre(objeto);
         case ANLEX_LITERAL: {
             lectura.hijos.push_back(i_crea_atributo_del_nombre(lectura));
             const char *p = i_salta_blancos(lectura.actual.fin, lectura.fin);
