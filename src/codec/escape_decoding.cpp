@@ -3,8 +3,10 @@
 // digits becomes.
 #include <atomic>
 #include <cstring>
+#include <type_traits>
 
 #include "codec/codec.h"
+#include "report_texts.h"
 #include "tqjson2.h"
 #include "tqjson2_modulo.h"
 
@@ -49,13 +51,43 @@ char16_t i_decodifica_u00(char16_t d1, char16_t d2, bool completa, uint32_t *sin
         if (sin_informar)
             ++*sin_informar;
         else
-            i_VERIFICA(se_decodifica == CIERTO);
+            i_informa_secuencia_u00_erronea();
     }
     return caracter;
 }
 
-bool i_empieza_u00(const char16_t *tras_barra) {
-    return tras_barra[0] == u'u' && tras_barra[1] == u'0' && tras_barra[2] == u'0';
+// What one escape sequence decodes to: the unit, where the text goes on, and for UTF-8 the
+// second half of a pair that the sequence's last digit place cut in two.
+struct i_paso_escape {
+    char16_t unidad;
+    size_t fin;
+    char16_t resto;
+};
+
+// The one rule both decoders follow, for the backslash at `i` of a text of `n` units (wide
+// text) or bytes (UTF-8): the last unit stands as itself; "\u00" takes two digit places, read by
+// `lee_lugar`, which says what each place holds and where the next begins; a single-character
+// escape gives its unit; any other backslash stands as itself.
+template <class Unidad, class LeeLugar>
+i_paso_escape i_decodifica_escape(const Unidad *texto, size_t i, size_t n, LeeLugar lee_lugar,
+                                  uint32_t *sin_informar) {
+    const auto unidad = [texto](size_t j) {
+        return static_cast<char16_t>(static_cast<std::make_unsigned_t<Unidad>>(texto[j]));
+    };
+    if (i + 1 == n)
+        return {u'\\', n, 0};
+    if (i + 3 < n && unidad(i + 1) == u'u' && unidad(i + 2) == u'0' && unidad(i + 3) == u'0') {
+        char16_t digitos[2] = {};
+        unsigned llenos = 0;
+        char16_t resto = 0;
+        size_t j = i + 4;
+        while (llenos < 2 && j < n) // nothing beyond the end of the text is read
+            j = lee_lugar(j, digitos, llenos, resto);
+        return {i_decodifica_u00(digitos[0], digitos[1], llenos == 2, sin_informar), j, resto};
+    }
+    if (const char16_t decodificado = i_reemplazo_de(unidad(i + 1)))
+        return {decodificado, i + 2, 0};
+    return {u'\\', i + 1, 0};
 }
 
 } // namespace
@@ -67,17 +99,16 @@ void tqjson2_apila_desapila_ignorar_assert_se_decodifica(tqbool apila) {
 void i_append_caracter_cadena_decodificada(char16_t caracter, char16_t **cadena_decodificada,
                                            uint32_t *longitud_cadena_decodificada,
                                            uint32_t *pos_cadena_decodificada) {
-    if (!i_VERIFICA((cadena_decodificada) != NULL) ||
-        !i_VERIFICA((longitud_cadena_decodificada) != NULL) ||
-        !i_VERIFICA((pos_cadena_decodificada) != NULL) ||
+    if (!i_VERIFICA_NO_NULO(cadena_decodificada) ||
+        !i_VERIFICA_NO_NULO(longitud_cadena_decodificada) ||
+        !i_VERIFICA_NO_NULO(pos_cadena_decodificada) ||
         !i_VERIFICA(*pos_cadena_decodificada <= *longitud_cadena_decodificada))
         return;
     (*cadena_decodificada)[(*pos_cadena_decodificada)++] = caracter;
 }
 
 void i_informa_secuencia_u00_erronea() {
-    const tqbool se_decodifica = FALSO;
-    i_VERIFICA(se_decodifica == CIERTO);
+    error_interno(i_TEXTO_SE_DECODIFICA, i_MODULO, __LINE__, 0);
 }
 
 char16_t *i_decodifica_secuencias_escape(const char16_t *texto, uint32_t *sin_informar) {
@@ -93,22 +124,19 @@ char16_t *i_decodifica_secuencias_escape(const char16_t *texto, uint32_t *sin_in
         i_append_caracter_cadena_decodificada(
             c, &cadena_decodificada, &longitud_cadena_decodificada, &pos_cadena_decodificada);
     };
-    for (uint32_t i = 0; i < n; ++i) {
-        const char16_t c = texto[i];
-        if (c != u'\\' || i + 1 == n) {
-            agrega(c);
-        } else if (i_empieza_u00(texto + i + 1)) {
-            // Nothing beyond the terminator is read.
-            const char16_t *d = texto + i + 4;
-            const bool completa = d[0] != u'\0' && d[1] != u'\0';
-            agrega(i_decodifica_u00(d[0], completa ? d[1] : u'\0', completa, sin_informar));
-            i += 5;
-        } else if (const char16_t decodificado = i_reemplazo_de(texto[i + 1])) {
-            agrega(decodificado);
-            ++i;
-        } else {
-            agrega(c); // a backslash that escapes nothing stands as itself
+    // In wide text each digit place is one unit.
+    const auto lee_lugar = [texto](size_t j, char16_t(&digitos)[2], unsigned &llenos, char16_t &) {
+        digitos[llenos++] = texto[j];
+        return j + 1;
+    };
+    for (size_t i = 0; i < n;) {
+        if (texto[i] != u'\\') {
+            agrega(texto[i++]);
+            continue;
         }
+        const i_paso_escape paso = i_decodifica_escape(texto, i, n, lee_lugar, sin_informar);
+        agrega(paso.unidad);
+        i = paso.fin;
     }
     agrega(u'\0');
     return cadena_decodificada;
@@ -137,52 +165,44 @@ constexpr char16_t i_NO_HEXADECIMAL = 0xFFFF;
 // A "\u0000" ends the text where it stands; later sequences are still judged.
 void i_decodifica_en_sitio_utf8(char *texto, size_t n, uint32_t *sin_informar) {
     const auto byte = [texto](size_t i) { return static_cast<unsigned char>(texto[i]); };
-    char *salida = texto;
-    for (size_t i = 0; i < n; ++i) {
-        const char c = texto[i];
-        if (c != '\\') { // the runs between escapes of a literal are short: byte by byte
-            *salida++ = c;
-        } else if (i + 1 == n) {
-            *salida++ = c;
-        } else if (i + 3 < n && texto[i + 1] == 'u' && texto[i + 2] == '0' && texto[i + 3] == '0') {
-            char16_t digitos[2] = {};
-            unsigned llenos = 0;
-            char16_t resto = 0; // the half of a pair left behind
-            size_t j = i + 4;
-            while (llenos < 2 && j < n) {
-                const unsigned char b = byte(j);
-                if (b < 0x80) {
-                    digitos[llenos++] = b;
-                    j += 1;
-                } else if (b < 0xF0) {
-                    digitos[llenos++] = i_NO_HEXADECIMAL;
-                    j += b < 0xE0 ? 2 : 3;
-                } else {
-                    if (llenos == 1) {
-                        const char32_t punto =
-                            (char32_t(b & 0x07) << 18) | (char32_t(byte(j + 1) & 0x3F) << 12) |
-                            (char32_t(byte(j + 2) & 0x3F) << 6) | char32_t(byte(j + 3) & 0x3F);
-                        resto = static_cast<char16_t>(0xDC00 + ((punto - 0x10000) & 0x3FF));
-                    }
-                    digitos[0] = digitos[1] = i_NO_HEXADECIMAL;
-                    llenos = 2;
-                    j += 4;
-                }
-            }
-            salida = i_escribe_latin1(
-                salida, i_decodifica_u00(digitos[0], digitos[1], llenos == 2, sin_informar));
-            if (resto != 0) {
-                *salida++ = static_cast<char>(0xED);
-                *salida++ = static_cast<char>(0x80 | ((resto >> 6) & 0x3F));
-                *salida++ = static_cast<char>(0x80 | (resto & 0x3F));
-            }
-            i = j - 1;
-        } else if (const char16_t decodificado = i_reemplazo_de(char16_t(byte(i + 1)))) {
-            *salida++ = static_cast<char>(decodificado);
-            ++i;
-        } else {
-            *salida++ = c; // a backslash that escapes nothing stands as itself
+    // A digit place is one UTF-16 unit: an ASCII byte is a digit; any other character is not,
+    // and one from U+10000 up fills both places, the second half of its pair left over when
+    // only one place was free.
+    const auto lee_lugar = [&](size_t j, char16_t(&digitos)[2], unsigned &llenos,
+                               char16_t &resto) -> size_t {
+        const unsigned char b = byte(j);
+        if (b < 0x80) {
+            digitos[llenos++] = b;
+            return j + 1;
         }
+        if (b < 0xF0) {
+            digitos[llenos++] = i_NO_HEXADECIMAL;
+            return j + (b < 0xE0 ? 2 : 3);
+        }
+        if (llenos == 1) {
+            const char32_t punto =
+                (char32_t(b & 0x07) << 18) | (char32_t(byte(j + 1) & 0x3F) << 12) |
+                (char32_t(byte(j + 2) & 0x3F) << 6) | char32_t(byte(j + 3) & 0x3F);
+            resto = static_cast<char16_t>(0xDC00 + ((punto - 0x10000) & 0x3FF));
+        }
+        digitos[0] = digitos[1] = i_NO_HEXADECIMAL;
+        llenos = 2;
+        return j + 4;
+    };
+    char *salida = texto;
+    for (size_t i = 0; i < n;) {
+        if (texto[i] != '\\') { // the runs between escapes of a literal are short: byte by byte
+            *salida++ = texto[i++];
+            continue;
+        }
+        const i_paso_escape paso = i_decodifica_escape(texto, i, n, lee_lugar, sin_informar);
+        salida = i_escribe_latin1(salida, paso.unidad);
+        if (paso.resto != 0) { // left as an unpaired surrogate, in its three-byte form
+            *salida++ = static_cast<char>(0xED);
+            *salida++ = static_cast<char>(0x80 | ((paso.resto >> 6) & 0x3F));
+            *salida++ = static_cast<char>(0x80 | (paso.resto & 0x3F));
+        }
+        i = paso.fin;
     }
     *salida = '\0';
 }

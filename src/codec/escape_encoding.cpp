@@ -4,6 +4,7 @@
 #include <string>
 
 #include "codec/codec.h"
+#include "report_texts.h"
 #include "tqjson2_modulo.h"
 
 namespace {
@@ -32,7 +33,7 @@ i_escape_ascii i_construye_escape_ascii() {
         if (i_secuencia_escape_caracter(c, secuencia) != CIERTO)
             continue;
         const size_t longitud_secuencia_escape = std::char_traits<char16_t>::length(secuencia);
-        if (!i_VERIFICA(longitud_secuencia_escape > 0) ||
+        if (!i_VERIFICA_TEXTO(longitud_secuencia_escape > 0, i_TEXTO_SECUENCIA_NO_VACIA) ||
             !i_VERIFICA(longitud_secuencia_escape < 8))
             continue;
         tabla.longitud[c] = static_cast<uint8_t>(longitud_secuencia_escape);
@@ -59,7 +60,8 @@ size_t i_longitud_escapada(const char16_t *texto, size_t n, const i_escape_ascii
 
 void i_copia_secuencia_escape(const char16_t *origen, char16_t *secuencia) {
     const size_t tam_secuencia = std::char_traits<char16_t>::length(origen);
-    if (!i_VERIFICA(tam_secuencia < (size_t)(i_TAM_BUFFER_SECUENCIA_ESCAPE - 1)))
+    if (!i_VERIFICA_TEXTO(tam_secuencia < i_TAM_BUFFER_SECUENCIA_ESCAPE - 1,
+                          i_TEXTO_SECUENCIA_CABE))
         return;
     std::memcpy(secuencia, origen, sizeof(char16_t) * (tam_secuencia + 1));
 }
@@ -77,14 +79,14 @@ tqbool i_secuencia_escape_caracter(char16_t caracter, char16_t *secuencia) {
     }
     char16_t digito_1 = u'0', digito_2 = u'0';
     const tqbool se_codifica = marlstrhex_codifica_caracter_u(caracter, &digito_1, &digito_2);
-    i_VERIFICA(se_codifica == CIERTO);
+    i_VERIFICA_TEXTO(se_codifica == CIERTO, i_TEXTO_SE_CODIFICA);
     const char16_t unidades[] = {u'\\', u'u', u'0', u'0', digito_1, digito_2, u'\0'};
     std::memcpy(secuencia, unidades, sizeof unidades);
     return CIERTO;
 }
 
 void i_codifica_secuencias_escape(char16_t **texto_unicode) {
-    if (!i_VERIFICA((texto_unicode) != NULL) || !i_VERIFICA((*texto_unicode) != NULL))
+    if (!i_VERIFICA_NO_NULO(texto_unicode) || !i_VERIFICA_NO_NULO(*texto_unicode))
         return;
     const char16_t *texto = *texto_unicode;
     const i_escape_ascii &tabla = i_tabla_escape();
@@ -111,7 +113,7 @@ void i_codifica_secuencias_escape(char16_t **texto_unicode) {
 
 char *i_convierte_texto_unicode_a_utf8(tqbool codifica_secuencias_escape,
                                        char16_t **texto_unicode) {
-    if (!i_VERIFICA((texto_unicode) != NULL) || !i_VERIFICA((*texto_unicode) != NULL))
+    if (!i_VERIFICA_NO_NULO(texto_unicode) || !i_VERIFICA_NO_NULO(*texto_unicode))
         return cad_copia_cadena("");
     if (codifica_secuencias_escape == CIERTO)
         i_codifica_secuencias_escape(texto_unicode);

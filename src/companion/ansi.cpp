@@ -177,7 +177,7 @@ char *i_ansi_a_utf8_via_wide(const char *texto_ansi, size_t longitud) {
 } // namespace
 
 char *unicode_convierte_ANSI_a_UTF8(const char *texto_ansi) {
-    if (!i_VERIFICA((texto_ansi) != NULL))
+    if (!i_VERIFICA_NO_NULO(texto_ansi))
         return i_ansi_vacia();
     const size_t longitud = std::strlen(texto_ansi);
     if (i_es_ascii(texto_ansi, longitud))
@@ -186,7 +186,7 @@ char *unicode_convierte_ANSI_a_UTF8(const char *texto_ansi) {
 }
 
 char *unicode_convierte_UTF8_a_ANSI(const char *texto_utf8) {
-    if (!i_VERIFICA((texto_utf8) != NULL))
+    if (!i_VERIFICA_NO_NULO(texto_utf8))
         return i_ansi_vacia();
     const size_t longitud = std::strlen(texto_utf8);
     if (i_es_ascii(texto_utf8, longitud))
@@ -195,7 +195,7 @@ char *unicode_convierte_UTF8_a_ANSI(const char *texto_utf8) {
 }
 
 char *unicode_UNICODE_a_ANSI(const char16_t *texto) {
-    if (!i_VERIFICA((texto) != NULL))
+    if (!i_VERIFICA_NO_NULO(texto))
         return i_ansi_vacia();
     return i_wide_a_ansi(texto);
 }

@@ -26,7 +26,7 @@ char *creacadena_con_caracter(size_t num, char caracter) {
 }
 
 char *cad_copia_cadena(const char *cadena) {
-    if (!i_VERIFICA((cadena) != NULL))
+    if (!i_VERIFICA_NO_NULO(cadena))
         return i_nueva(1);
     const size_t tam = std::strlen(cadena) + 1;
     char *copia = static_cast<char *>(marlspy_nousar_malloc(tam));
@@ -35,8 +35,7 @@ char *cad_copia_cadena(const char *cadena) {
 }
 
 void cad_concatena(char **cadena, const char *sufijo) {
-    if (!i_VERIFICA((cadena) != NULL) || !i_VERIFICA((*cadena) != NULL) ||
-        !i_VERIFICA((sufijo) != NULL))
+    if (!i_VERIFICA_NO_NULO(cadena) || !i_VERIFICA_NO_NULO(*cadena) || !i_VERIFICA_NO_NULO(sufijo))
         return;
     const size_t longitud = std::strlen(*cadena);
     const size_t tam_sufijo = std::strlen(sufijo) + 1;
@@ -49,7 +48,7 @@ static char i_minuscula_ascii(char c) {
 }
 
 tqbool cad_cadenas_iguales_may_o_min(const char *cadena_1, const char *cadena_2) {
-    if (!i_VERIFICA((cadena_1) != NULL) || !i_VERIFICA((cadena_2) != NULL))
+    if (!i_VERIFICA_NO_NULO(cadena_1) || !i_VERIFICA_NO_NULO(cadena_2))
         return FALSO;
     for (; *cadena_1 && *cadena_2; ++cadena_1, ++cadena_2)
         if (i_minuscula_ascii(*cadena_1) != i_minuscula_ascii(*cadena_2))
@@ -59,6 +58,6 @@ tqbool cad_cadenas_iguales_may_o_min(const char *cadena_1, const char *cadena_2)
 
 // Like free, a null string is accepted: there is nothing to release.
 void marlstr_destruye(char **cadena) {
-    if (i_VERIFICA((cadena) != NULL))
+    if (i_VERIFICA_NO_NULO(cadena))
         marlspy_nousar_free_pp(cadena, 1);
 }

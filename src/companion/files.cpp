@@ -75,8 +75,8 @@ void i_fichero_anota_fallo(lc_fichero_t *fichero) {
 
 lc_fichero_t *f_lc_fopen_u(const char16_t *nombre, const char16_t *modo, const char *modulo,
                            int linea) {
-    if (!i_VERIFICA_EN(modulo, linea, (nombre) != NULL) ||
-        !i_VERIFICA_EN(modulo, linea, (modo) != NULL))
+    if (!i_VERIFICA_NO_NULO_EN(modulo, linea, nombre) ||
+        !i_VERIFICA_NO_NULO_EN(modulo, linea, modo))
         return nullptr;
     const i_ruta_t ruta = i_ruta_sistema(nombre);
     i_al_lado_t al_lado = i_es_guardado(modo) ? i_sistema_crea_al_lado(ruta, i_es_texto(modo))
@@ -88,7 +88,7 @@ lc_fichero_t *f_lc_fopen_u(const char16_t *nombre, const char16_t *modo, const c
         errno = al_lado.fallo;
     if (!abierto) {
         const int motivo = errno;
-        i_VERIFICA_EN(modulo, linea, (abierto) != NULL);
+        i_VERIFICA_NO_NULO_EN(modulo, linea, abierto);
         errno = motivo;
         return nullptr;
     }

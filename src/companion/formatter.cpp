@@ -96,7 +96,7 @@ void i_escribe_double(i_Salida &salida, int precision, double valor) {
 }
 
 void i_escribe_cadena(i_Salida &salida, const char16_t *cadena) {
-    if (!i_VERIFICA((cadena) != NULL))
+    if (!i_VERIFICA_NO_NULO(cadena))
         return;
     size_t longitud = 0;
     while (cadena[longitud])
@@ -208,7 +208,7 @@ void i_formatea(i_Salida &salida, const char16_t *formato, va_list *argumentos) 
 
 char16_t *copiaforu_nousar_formatea(const char16_t *formato, ...) {
     i_Salida salida;
-    if (i_VERIFICA((formato) != NULL)) {
+    if (i_VERIFICA_NO_NULO(formato)) {
         va_list argumentos;
         va_start(argumentos, formato);
         i_formatea(salida, formato, &argumentos);

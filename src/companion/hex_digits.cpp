@@ -17,7 +17,7 @@ static int i_valor_digito(char16_t digito) {
 
 tqbool marlstrhex_codifica_caracter_u(char16_t caracter, char16_t *digito_1, char16_t *digito_2) {
     static constexpr char16_t i_DIGITOS[] = u"0123456789ABCDEF";
-    if (!i_VERIFICA((digito_1) != NULL) || !i_VERIFICA((digito_2) != NULL))
+    if (!i_VERIFICA_NO_NULO(digito_1) || !i_VERIFICA_NO_NULO(digito_2))
         return FALSO;
     *digito_1 = i_DIGITOS[(caracter >> 4) & 0xF];
     *digito_2 = i_DIGITOS[caracter & 0xF];
@@ -25,7 +25,7 @@ tqbool marlstrhex_codifica_caracter_u(char16_t caracter, char16_t *digito_1, cha
 }
 
 tqbool marlstrhex_decodifica_caracter_u(char16_t digito_1, char16_t digito_2, char16_t *caracter) {
-    if (!i_VERIFICA((caracter) != NULL))
+    if (!i_VERIFICA_NO_NULO(caracter))
         return FALSO;
     const int alto = i_valor_digito(digito_1);
     const int bajo = i_valor_digito(digito_2);

@@ -21,7 +21,7 @@ anlex *i_crea(i_origen_lexico origen, anlex_palabras_reservadas_t **palabras,
     lex->origen = origen;
     lex->longitud_buffer = 1u << 16;
     lex->texto = lex->fin = lex->pos = lex->inicio_token = lex->fin_token = "";
-    if (i_VERIFICA((palabras) != NULL)) {
+    if (i_VERIFICA_NO_NULO(palabras)) {
         lex->palabras = *palabras;
         lex->palabras_propias = toma_palabras == CIERTO;
         if (lex->palabras_propias)
@@ -83,7 +83,7 @@ anlex_palabras_reservadas_t *anlex_crea_palabras_reservadas_vacio(void) {
 
 void anlex_append_palabra_reservada_ulong_u(anlex_palabras_reservadas_t *palabras, uint32_t id,
                                             const char16_t *palabra) {
-    if (!i_VERIFICA((palabras) != NULL) || !i_VERIFICA((palabra) != NULL))
+    if (!i_VERIFICA_NO_NULO(palabras) || !i_VERIFICA_NO_NULO(palabra))
         return;
     char *utf8 = unicode_convierte_UNICODE_a_UTF8(palabra);
     palabras->entradas.push_back({utf8, id});
@@ -91,7 +91,7 @@ void anlex_append_palabra_reservada_ulong_u(anlex_palabras_reservadas_t *palabra
 }
 
 void anlex_destruye_palabras_reservadas(anlex_palabras_reservadas_t **palabras) {
-    if (!i_VERIFICA((palabras) != NULL))
+    if (!i_VERIFICA_NO_NULO(palabras))
         return;
     delete *palabras;
     *palabras = nullptr;
@@ -101,7 +101,7 @@ anlex_t *anlex_crea_analizando_fichero(const char16_t *nombre_fichero,
                                        anlex_palabras_reservadas_t **palabras,
                                        tqbool toma_palabras) {
     anlex *lex = i_crea(i_origen_lexico::fichero, palabras, toma_palabras);
-    if (i_VERIFICA((nombre_fichero) != NULL))
+    if (i_VERIFICA_NO_NULO(nombre_fichero))
         lex->nombre_fichero = nombre_fichero;
     return lex;
 }
@@ -118,7 +118,7 @@ anlex_t *anlex_crea_analizando_memoria(const char16_t *texto,
                                        anlex_palabras_reservadas_t **palabras,
                                        tqbool toma_palabras) {
     anlex *lex = i_crea(i_origen_lexico::memoria, palabras, toma_palabras);
-    if (i_VERIFICA((texto) != NULL)) {
+    if (i_VERIFICA_NO_NULO(texto)) {
         lex->propio.resize(unicode_longitud_UNICODE_a_UTF8(texto));
         unicode_escribe_UNICODE_a_UTF8(texto, lex->propio.data());
     }
@@ -131,7 +131,7 @@ anlex_t *anlex_crea_analizando_memoria_utf8(const char *texto,
                                             anlex_palabras_reservadas_t **palabras,
                                             tqbool toma_palabras) {
     anlex *lex = i_crea(i_origen_lexico::memoria, palabras, toma_palabras);
-    if (i_VERIFICA((texto) != NULL)) {
+    if (i_VERIFICA_NO_NULO(texto)) {
         lex->texto = texto;
         lex->fin = texto + std::strlen(texto);
     }
@@ -140,17 +140,17 @@ anlex_t *anlex_crea_analizando_memoria_utf8(const char *texto,
 }
 
 void anlex_set_longitud_buffer_lectura(anlex_t *lex, uint32_t longitud) {
-    if (i_VERIFICA((lex) != NULL))
+    if (i_VERIFICA_NO_NULO(lex))
         lex->longitud_buffer = longitud;
 }
 
 void anlex_set_atributo_aplicar_criterio_json_para_analisis_literales(anlex_t *lex) {
-    if (i_VERIFICA((lex) != NULL))
+    if (i_VERIFICA_NO_NULO(lex))
         lex->criterio_json = true;
 }
 
 void anlex_inicia(anlex_t *lex) {
-    if (!i_VERIFICA((lex) != NULL))
+    if (!i_VERIFICA_NO_NULO(lex))
         return;
     if (!lex->cargado) {
         i_carga_fichero(lex);
@@ -161,16 +161,16 @@ void anlex_inicia(anlex_t *lex) {
 }
 
 uint32_t anlex_lee_token(anlex_t *lex) {
-    return i_VERIFICA((lex) != NULL) ? i_siguiente(lex) : ANLEX_FIN;
+    return i_VERIFICA_NO_NULO(lex) ? i_siguiente(lex) : ANLEX_FIN;
 }
 
 uint32_t anlex_get_token(const anlex_t *lex) {
-    return i_VERIFICA((lex) != NULL) ? lex->token : ANLEX_FIN;
+    return i_VERIFICA_NO_NULO(lex) ? lex->token : ANLEX_FIN;
 }
 
 tqbool anlex_salta_hasta_token2_igual(anlex_t *lex, uint32_t token_1, uint32_t token_2,
                                       uint32_t maximo_tokens) {
-    if (!i_VERIFICA((lex) != NULL))
+    if (!i_VERIFICA_NO_NULO(lex))
         return FALSO;
     for (uint32_t leidos = 0; maximo_tokens == 0 || leidos < maximo_tokens; ++leidos) {
         const uint32_t token = i_siguiente(lex);
@@ -183,7 +183,7 @@ tqbool anlex_salta_hasta_token2_igual(anlex_t *lex, uint32_t token_1, uint32_t t
 }
 
 const char16_t *anlex_get_literal(anlex_t *lex) {
-    if (!i_VERIFICA((lex) != NULL) || !i_VERIFICA(lex->token == ANLEX_LITERAL))
+    if (!i_VERIFICA_NO_NULO(lex) || !i_VERIFICA(lex->token == ANLEX_LITERAL))
         return u"";
     size_t longitud = 0;
     tqbool con_barras = FALSO;
@@ -209,8 +209,8 @@ const char16_t *anlex_get_literal(anlex_t *lex) {
 }
 
 const char *anlex_get_literal_utf8(const anlex_t *lex, size_t *longitud, tqbool *con_barras) {
-    if (!i_VERIFICA((lex) != NULL) || !i_VERIFICA((longitud) != NULL) ||
-        !i_VERIFICA((con_barras) != NULL) || !i_VERIFICA(lex->token == ANLEX_LITERAL)) {
+    if (!i_VERIFICA_NO_NULO(lex) || !i_VERIFICA_NO_NULO(longitud) ||
+        !i_VERIFICA_NO_NULO(con_barras) || !i_VERIFICA(lex->token == ANLEX_LITERAL)) {
         if (longitud)
             *longitud = 0;
         return "";
@@ -221,26 +221,26 @@ const char *anlex_get_literal_utf8(const anlex_t *lex, size_t *longitud, tqbool 
 }
 
 const char *anlex_get_fin_token_utf8(const anlex_t *lex, const char **fin_texto) {
-    if (!i_VERIFICA((lex) != NULL) || !i_VERIFICA((fin_texto) != NULL))
+    if (!i_VERIFICA_NO_NULO(lex) || !i_VERIFICA_NO_NULO(fin_texto))
         return "";
     *fin_texto = lex->fin;
     return lex->fin_token;
 }
 
 double anlex_get_cte_entera_double(const anlex_t *lex) {
-    if (!i_VERIFICA((lex) != NULL) || !i_VERIFICA(lex->token == ANLEX_CTE_ENTERA))
+    if (!i_VERIFICA_NO_NULO(lex) || !i_VERIFICA(lex->token == ANLEX_CTE_ENTERA))
         return 0.0;
     return i_valor(lex->inicio_token, lex->fin_token);
 }
 
 double anlex_get_cte_real(const anlex_t *lex) {
-    if (!i_VERIFICA((lex) != NULL) || !i_VERIFICA(lex->token == ANLEX_CTE_REAL))
+    if (!i_VERIFICA_NO_NULO(lex) || !i_VERIFICA(lex->token == ANLEX_CTE_REAL))
         return 0.0;
     return i_valor(lex->inicio_token, lex->fin_token);
 }
 
 uint32_t anlex_get_id_palabra_reservada_ulong(const anlex_t *lex) {
-    if (!i_VERIFICA((lex) != NULL) || !i_VERIFICA(lex->token == ANLEX_PALABRA_RESERVADA))
+    if (!i_VERIFICA_NO_NULO(lex) || !i_VERIFICA(lex->token == ANLEX_PALABRA_RESERVADA))
         return 0;
     return lex->id_palabra;
 }
@@ -248,8 +248,7 @@ uint32_t anlex_get_id_palabra_reservada_ulong(const anlex_t *lex) {
 // Worked out when asked, which is once for a failed read: line feeds before the token, then
 // the UTF-16 units from the last of them.
 void anlex_linea_y_columna_actual(const anlex_t *lex, int32_t *linea, int32_t *columna) {
-    if (!i_VERIFICA((lex) != NULL) || !i_VERIFICA((linea) != NULL) ||
-        !i_VERIFICA((columna) != NULL))
+    if (!i_VERIFICA_NO_NULO(lex) || !i_VERIFICA_NO_NULO(linea) || !i_VERIFICA_NO_NULO(columna))
         return;
     uint32_t lineas = 1;
     const char *inicio_linea = lex->texto;
@@ -265,7 +264,7 @@ void anlex_linea_y_columna_actual(const anlex_t *lex, int32_t *linea, int32_t *c
 }
 
 void anlex_situa_en_token(anlex_t *lex, const anlex_token_t *token) {
-    if (!i_VERIFICA((lex) != NULL) || !i_VERIFICA((token) != NULL))
+    if (!i_VERIFICA_NO_NULO(lex) || !i_VERIFICA_NO_NULO(token))
         return;
     lex->token = token->token;
     lex->inicio_token = token->inicio;
@@ -275,14 +274,14 @@ void anlex_situa_en_token(anlex_t *lex, const anlex_token_t *token) {
 }
 
 double anlex_valor_constante(const anlex_token_t *token) {
-    if (!i_VERIFICA((token) != NULL) ||
+    if (!i_VERIFICA_NO_NULO(token) ||
         !i_VERIFICA(token->token == ANLEX_CTE_ENTERA || token->token == ANLEX_CTE_REAL))
         return 0.0;
     return i_valor(token->inicio, token->inicio + token->longitud);
 }
 
 void anlex_destruye(anlex_t **lex) {
-    if (!i_VERIFICA((lex) != NULL) || !i_VERIFICA((*lex) != NULL))
+    if (!i_VERIFICA_NO_NULO(lex) || !i_VERIFICA_NO_NULO(*lex))
         return;
     if ((*lex)->palabras_propias)
         delete (*lex)->palabras;

@@ -91,7 +91,7 @@ static void i_anula_puntero(void *direccion) {
 }
 
 void marlspy_nousar_free_pp(void *puntero, size_t) {
-    if (!i_VERIFICA((puntero) != NULL))
+    if (!i_VERIFICA_NO_NULO(puntero))
         return;
     void *bloque = i_lee_puntero(puntero);
     if (i_es_bloque_pequeno(bloque))
@@ -122,7 +122,7 @@ void marlspy_nousar_free_lote(void *const *bloques, uint32_t num) {
 }
 
 void *marlspy_nousar_asigna_doble_puntero(void *puntero) {
-    if (!i_VERIFICA((puntero) != NULL))
+    if (!i_VERIFICA_NO_NULO(puntero))
         return nullptr;
     void *valor = i_lee_puntero(puntero);
     i_anula_puntero(puntero);
@@ -130,10 +130,10 @@ void *marlspy_nousar_asigna_doble_puntero(void *puntero) {
 }
 
 void *marlspy_nousar_asigna_doble_puntero_no_null(void *puntero) {
-    if (!i_VERIFICA((puntero) != NULL))
+    if (!i_VERIFICA_NO_NULO(puntero))
         return nullptr;
     void *valor = i_lee_puntero(puntero);
-    i_VERIFICA((valor) != NULL);
+    i_VERIFICA_NO_NULO(valor);
     i_anula_puntero(puntero);
     return valor;
 }

@@ -29,7 +29,7 @@ struct arr_cadena_u {
 namespace {
 
 template <class A> bool i_array_valido(const A *arr) {
-    return i_VERIFICA((arr) != NULL);
+    return i_VERIFICA_NO_NULO(arr);
 }
 
 template <class A> bool i_indice_valido(const A *arr, uint32_t indice) {
@@ -51,7 +51,7 @@ template <class A, class T> void i_set(A *arr, uint32_t indice, T valor) {
 }
 
 template <class A> void i_destruye(A **arr) {
-    if (i_VERIFICA((arr) != NULL) && i_VERIFICA((*arr) != NULL))
+    if (i_VERIFICA_NO_NULO(arr) && i_VERIFICA_NO_NULO(*arr))
         i_destruye_array(arr);
 }
 
@@ -73,7 +73,7 @@ template <class A, class C> void i_pon_cadena(A *arr, uint32_t indice, C *cadena
 }
 
 template <class A> void i_destruye_cadenas(A **arr) {
-    if (!i_VERIFICA((arr) != NULL) || !i_VERIFICA((*arr) != NULL))
+    if (!i_VERIFICA_NO_NULO(arr) || !i_VERIFICA_NO_NULO(*arr))
         return;
     for (uint32_t i = 0; i < (*arr)->a.num; ++i)
         i_libera_cadena(&(*arr)->a.datos[i]);

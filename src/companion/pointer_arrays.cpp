@@ -14,7 +14,7 @@ struct arr_puntero {
 };
 
 static bool i_array_valido(const arr_puntero *arr) {
-    return i_VERIFICA((arr) != NULL);
+    return i_VERIFICA_NO_NULO(arr);
 }
 
 static bool i_indice_valido(const arr_puntero *arr, uint32_t indice) {
@@ -51,7 +51,7 @@ arr_puntero_t *arr_CreaPunteroConTipo(uint32_t num) {
 }
 
 arr_puntero_t *arr_CreaPunteroConAnexo(void *const *elementos, uint32_t num) {
-    if (num > 0 && !i_VERIFICA((elementos) != NULL))
+    if (num > 0 && !i_VERIFICA_NO_NULO(elementos))
         num = 0;
     arr_puntero *arr = i_crea_array_con<arr_puntero>(elementos, num, true);
     new (i_prefijo(arr)) i_hueco_anexo(nullptr);
@@ -79,7 +79,7 @@ arr_anexo_t *arr_QuitaAnexoPuntero(arr_puntero_t *arr) {
 }
 
 arr_puntero_t *arr_CreaPunteroConTipoCon(void *const *elementos, uint32_t num) {
-    if (num > 0 && !i_VERIFICA((elementos) != NULL))
+    if (num > 0 && !i_VERIFICA_NO_NULO(elementos))
         num = 0;
     return i_crea_array_con<arr_puntero>(elementos, num);
 }
@@ -114,7 +114,7 @@ void *arr_ExtraeUltimoPunteroConTipo(arr_puntero_t *arr) {
 }
 
 void *const *arr_DatosPunteroConTipo(const arr_puntero_t *arr, uint32_t *num) {
-    if (!i_VERIFICA((num) != NULL))
+    if (!i_VERIFICA_NO_NULO(num))
         return nullptr;
     *num = i_array_valido(arr) ? arr->a.num : 0;
     return *num ? arr->a.datos : nullptr;
@@ -130,7 +130,7 @@ void arr_BorrarEstructuraConTipo(arr_puntero_t *arr, uint32_t indice, arr_destru
 }
 
 void arr_DestruyeEstructurasConTipo(arr_puntero_t **arr, arr_destructor_t destructor) {
-    if (!i_VERIFICA((arr) != NULL) || !i_VERIFICA((*arr) != NULL))
+    if (!i_VERIFICA_NO_NULO(arr) || !i_VERIFICA_NO_NULO(*arr))
         return;
     i_suelta_anexo(*arr);
     if (destructor)
@@ -140,7 +140,7 @@ void arr_DestruyeEstructurasConTipo(arr_puntero_t **arr, arr_destructor_t destru
 }
 
 uint32_t arr_DesmontaPunteroConTipo(arr_puntero_t **arr, void **bloques) {
-    if (!i_VERIFICA((arr) != NULL) || !i_VERIFICA((*arr) != NULL) || !i_VERIFICA((bloques) != NULL))
+    if (!i_VERIFICA_NO_NULO(arr) || !i_VERIFICA_NO_NULO(*arr) || !i_VERIFICA_NO_NULO(bloques))
         return 0;
     i_suelta_anexo(*arr);
     return i_desmonta_array(arr, bloques);
@@ -156,7 +156,7 @@ static uint32_t i_busca(const arr_puntero *arr, uint32_t inicio, const void *cla
 }
 
 static bool i_busqueda_valida(const arr_puntero *arr, arr_comparador_t comparador) {
-    return i_array_valido(arr) && i_VERIFICA((comparador) != NULL);
+    return i_array_valido(arr) && i_VERIFICA_NO_NULO(comparador);
 }
 
 uint32_t arr_BuscarEstructuraConTipo(const arr_puntero_t *arr, const void *clave,
@@ -180,7 +180,7 @@ tqbool arr_ExisteUnicaEstructuraConTipo(const arr_puntero_t *arr, const void *cl
     if (primera == ARR_NO_ENCONTRADO ||
         i_busca(arr, primera + 1, clave, comparador) != ARR_NO_ENCONTRADO)
         return FALSO;
-    if (i_VERIFICA((indice) != NULL))
+    if (i_VERIFICA_NO_NULO(indice))
         *indice = primera;
     return CIERTO;
 }

@@ -47,12 +47,12 @@ marlsave_t *marlsave_crea_en_memoria(void) {
 }
 
 void marlsave_rebobina(marlsave_t *stream) {
-    if (i_VERIFICA((stream) != NULL))
+    if (i_VERIFICA_NO_NULO(stream))
         stream->posicion = 0;
 }
 
 void marlsave_destruye(marlsave_t **stream) {
-    if (!i_VERIFICA((stream) != NULL) || !i_VERIFICA((*stream) != NULL))
+    if (!i_VERIFICA_NO_NULO(stream) || !i_VERIFICA_NO_NULO(*stream))
         return;
     if ((*stream)->datos)
         marlspy_nousar_free_pp(reinterpret_cast<void **>(&(*stream)->datos), 1);
@@ -60,21 +60,21 @@ void marlsave_destruye(marlsave_t **stream) {
 }
 
 void marlsave_graba_bool(tqbool valor, marlsave_t *stream) {
-    if (!i_VERIFICA((stream) != NULL))
+    if (!i_VERIFICA_NO_NULO(stream))
         return;
     const unsigned char byte = valor == CIERTO ? 1 : 0;
     i_agrega(stream, &byte, 1);
 }
 
 tqbool marlsave_lee_bool(marlsave_t *stream) {
-    if (!i_VERIFICA((stream) != NULL))
+    if (!i_VERIFICA_NO_NULO(stream))
         return FALSO;
     const unsigned char *byte = i_toma(stream, 1);
     return byte && *byte ? CIERTO : FALSO;
 }
 
 void marlsave_graba_cadena_como_buffer(const char *cadena, marlsave_t *stream) {
-    if (!i_VERIFICA((stream) != NULL) || !i_VERIFICA((cadena) != NULL))
+    if (!i_VERIFICA_NO_NULO(stream) || !i_VERIFICA_NO_NULO(cadena))
         return;
     const size_t n = std::strlen(cadena);
     if (!i_VERIFICA(n <= UINT32_MAX))
@@ -87,7 +87,7 @@ void marlsave_graba_cadena_como_buffer(const char *cadena, marlsave_t *stream) {
 }
 
 char *marlsave_lee_cadena_como_buffer(marlsave_t *stream) {
-    if (!i_VERIFICA((stream) != NULL))
+    if (!i_VERIFICA_NO_NULO(stream))
         return creacadena(1);
     const size_t inicio = stream->posicion;
     const unsigned char *l = i_toma(stream, 4);

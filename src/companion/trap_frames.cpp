@@ -214,7 +214,7 @@ tqbool trapable_nousar_ChequeaExcepcion(const trapable_marco_t *,
 }
 
 void trapable_nousar_try_catch_ERROR(trapable_marco_t *marco) {
-    if (!i_VERIFICA((marco) != NULL))
+    if (!i_VERIFICA_NO_NULO(marco))
         return;
     marco->capturando = false;
     if (marco->estado)
@@ -222,7 +222,7 @@ void trapable_nousar_try_catch_ERROR(trapable_marco_t *marco) {
 }
 
 void trapable_nousar_try_catch_END(trapable_marco_t **marco, tqbool muestra_error, int32_t estado) {
-    if (!i_VERIFICA((marco) != NULL) || !i_VERIFICA((*marco) != NULL))
+    if (!i_VERIFICA_NO_NULO(marco) || !i_VERIFICA_NO_NULO(*marco))
         return;
     i_libera_abandonados();
     trapable_marco *cerrado = *marco;

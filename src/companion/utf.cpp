@@ -234,7 +234,7 @@ char *i_utf8_vacia() {
 } // namespace
 
 char16_t *unicode_convierte_UTF8_a_UNICODE(const char *texto_utf8) {
-    if (!i_VERIFICA((texto_utf8) != NULL))
+    if (!i_VERIFICA_NO_NULO(texto_utf8))
         return i_wide_vacia();
     const size_t maximo = std::strlen(texto_utf8) + 1;
     char16_t *texto = static_cast<char16_t *>(marlspy_nousar_malloc(sizeof(char16_t) * maximo));
@@ -247,7 +247,7 @@ char16_t *unicode_convierte_UTF8_a_UNICODE(const char *texto_utf8) {
 }
 
 char *unicode_convierte_UNICODE_a_UTF8(const char16_t *texto) {
-    if (!i_VERIFICA((texto) != NULL))
+    if (!i_VERIFICA_NO_NULO(texto))
         return i_utf8_vacia();
     char *utf8 = static_cast<char *>(marlspy_nousar_malloc(i_bytes_utf8(texto) + 1));
     *i_codifica_utf8(texto, utf8) = '\0';
@@ -255,19 +255,19 @@ char *unicode_convierte_UNICODE_a_UTF8(const char16_t *texto) {
 }
 
 size_t unicode_longitud_UNICODE_a_UTF8(const char16_t *texto) {
-    if (!i_VERIFICA((texto) != NULL))
+    if (!i_VERIFICA_NO_NULO(texto))
         return 0;
     return i_bytes_utf8(texto);
 }
 
 char *unicode_escribe_UNICODE_a_UTF8(const char16_t *texto, char *salida) {
-    if (!i_VERIFICA((texto) != NULL))
+    if (!i_VERIFICA_NO_NULO(texto))
         return salida;
     return i_codifica_utf8(texto, salida);
 }
 
 tqbool unicode_es_UTF8_estable(const char *texto, size_t *longitud) {
-    if (!i_VERIFICA((texto) != NULL) || !i_VERIFICA((longitud) != NULL))
+    if (!i_VERIFICA_NO_NULO(texto) || !i_VERIFICA_NO_NULO(longitud))
         return FALSO;
     *longitud = std::strlen(texto);
     return unicode_es_UTF8_estable_n(texto, *longitud);

@@ -17,6 +17,10 @@ inline bool i_verifica(bool cumple, const char *condicion, const char *modulo, i
 // so that "(nodo) != NULL" reaches the handler as written and not with NULL expanded.
 #define i_VERIFICA(condicion) i_verifica((condicion), #condicion, i_MODULO, __LINE__)
 
+// The one spelling of a null check's text: "(" x ") != NULL", whatever x is.
+#define i_TEXTO_NO_NULO(x)    "(" #x ") != NULL"
+#define i_VERIFICA_NO_NULO(x) i_verifica((x) != nullptr, i_TEXTO_NO_NULO(x), i_MODULO, __LINE__)
+
 // A value that no case of a choice covers.
 #define i_ERROR_DEFAULT() error_interno_default_error(0, 0, i_MODULO, __LINE__, 0)
 
@@ -24,3 +28,5 @@ inline bool i_verifica(bool cumple, const char *condicion, const char *modulo, i
 // whose callers pass their own position so that the report points at them.
 #define i_VERIFICA_EN(modulo, linea, condicion)                                                    \
     i_verifica((condicion), #condicion, (modulo), (linea))
+#define i_VERIFICA_NO_NULO_EN(modulo, linea, x)                                                    \
+    i_verifica((x) != nullptr, i_TEXTO_NO_NULO(x), (modulo), (linea))

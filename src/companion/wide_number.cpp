@@ -121,7 +121,7 @@ double i_convierte_ascii(const char16_t *inicio, const char16_t *fin) {
 } // namespace
 
 double widestr_nousar_atof(const char16_t *cadena, const char *modulo, int linea) {
-    if (!i_VERIFICA_EN(modulo, linea, (cadena) != NULL))
+    if (!i_VERIFICA_NO_NULO_EN(modulo, linea, cadena))
         return 0.0;
     while (i_es_blanco(*cadena))
         ++cadena;

@@ -44,22 +44,22 @@ char16_t *widestr_nousar_creacadena(size_t tam) {
 }
 
 char16_t *widestr_nousar_copia(const char16_t *cadena, const char *modulo, int linea) {
-    if (!i_VERIFICA_EN(modulo, linea, (cadena) != NULL))
+    if (!i_VERIFICA_NO_NULO_EN(modulo, linea, cadena))
         return i_nueva(1);
     return i_copia(cadena, i_longitud(cadena));
 }
 
 uint32_t widestr_nousar_longitud(const char16_t *cadena, const char *modulo, int linea) {
-    if (!i_VERIFICA_EN(modulo, linea, (cadena) != NULL))
+    if (!i_VERIFICA_NO_NULO_EN(modulo, linea, cadena))
         return 0;
     return cambtipo_size_t_a_unsigned_long(i_longitud(cadena));
 }
 
 void widestr_nousar_cad_concatena(char16_t **cadena, const char16_t *sufijo, const char *modulo,
                                   int linea) {
-    if (!i_VERIFICA_EN(modulo, linea, (cadena) != NULL) ||
-        !i_VERIFICA_EN(modulo, linea, (*cadena) != NULL) ||
-        !i_VERIFICA_EN(modulo, linea, (sufijo) != NULL))
+    if (!i_VERIFICA_NO_NULO_EN(modulo, linea, cadena) ||
+        !i_VERIFICA_NO_NULO_EN(modulo, linea, *cadena) ||
+        !i_VERIFICA_NO_NULO_EN(modulo, linea, sufijo))
         return;
     const size_t longitud = i_longitud(*cadena);
     const size_t tam_sufijo = i_longitud(sufijo) + 1;
@@ -70,8 +70,8 @@ void widestr_nousar_cad_concatena(char16_t **cadena, const char16_t *sufijo, con
 
 void widestr_nousar_sustituye(char16_t **cadena, const char16_t *nueva, const char *modulo,
                               int linea) {
-    if (!i_VERIFICA_EN(modulo, linea, (cadena) != NULL) ||
-        !i_VERIFICA_EN(modulo, linea, (nueva) != NULL))
+    if (!i_VERIFICA_NO_NULO_EN(modulo, linea, cadena) ||
+        !i_VERIFICA_NO_NULO_EN(modulo, linea, nueva))
         return;
     // Copied before the old string goes, so that replacing a string by itself is safe.
     char16_t *copia = i_copia(nueva, i_longitud(nueva));
@@ -81,8 +81,8 @@ void widestr_nousar_sustituye(char16_t **cadena, const char16_t *nueva, const ch
 
 tqbool widestr_nousar_cadenas_iguales(const char16_t *cadena_1, const char16_t *cadena_2,
                                       const char *modulo, int linea) {
-    if (!i_VERIFICA_EN(modulo, linea, (cadena_1) != NULL) ||
-        !i_VERIFICA_EN(modulo, linea, (cadena_2) != NULL))
+    if (!i_VERIFICA_NO_NULO_EN(modulo, linea, cadena_1) ||
+        !i_VERIFICA_NO_NULO_EN(modulo, linea, cadena_2))
         return FALSO;
     while (*cadena_1 && *cadena_1 == *cadena_2)
         ++cadena_1, ++cadena_2;
@@ -91,8 +91,8 @@ tqbool widestr_nousar_cadenas_iguales(const char16_t *cadena_1, const char16_t *
 
 tqbool widestr_nousar_cadenas_iguales_may_o_min(const char16_t *cadena_1, const char16_t *cadena_2,
                                                 const char *modulo, int linea) {
-    if (!i_VERIFICA_EN(modulo, linea, (cadena_1) != NULL) ||
-        !i_VERIFICA_EN(modulo, linea, (cadena_2) != NULL))
+    if (!i_VERIFICA_NO_NULO_EN(modulo, linea, cadena_1) ||
+        !i_VERIFICA_NO_NULO_EN(modulo, linea, cadena_2))
         return FALSO;
     for (; *cadena_1 && *cadena_2; ++cadena_1, ++cadena_2)
         if (*cadena_1 != *cadena_2 &&
@@ -103,8 +103,8 @@ tqbool widestr_nousar_cadenas_iguales_may_o_min(const char16_t *cadena_1, const 
 
 tqbool widestr_nousar_es_subcadena_inicial(const char16_t *cadena, const char16_t *prefijo,
                                            const char *modulo, int linea) {
-    if (!i_VERIFICA_EN(modulo, linea, (cadena) != NULL) ||
-        !i_VERIFICA_EN(modulo, linea, (prefijo) != NULL))
+    if (!i_VERIFICA_NO_NULO_EN(modulo, linea, cadena) ||
+        !i_VERIFICA_NO_NULO_EN(modulo, linea, prefijo))
         return FALSO;
     for (; *prefijo; ++prefijo, ++cadena)
         if (*cadena != *prefijo)
@@ -113,7 +113,7 @@ tqbool widestr_nousar_es_subcadena_inicial(const char16_t *cadena, const char16_
 }
 
 tqbool widestr_nousar_es_cadena_en_blanco(const char16_t *cadena, const char *modulo, int linea) {
-    if (!i_VERIFICA_EN(modulo, linea, (cadena) != NULL))
+    if (!i_VERIFICA_NO_NULO_EN(modulo, linea, cadena))
         return FALSO;
     for (; *cadena; ++cadena)
         if (!i_es_blanco(*cadena))
@@ -123,7 +123,7 @@ tqbool widestr_nousar_es_cadena_en_blanco(const char16_t *cadena, const char *mo
 
 const char16_t *widestr_nousar_strchr(const char16_t *cadena, char16_t caracter, const char *modulo,
                                       int linea) {
-    if (!i_VERIFICA_EN(modulo, linea, (cadena) != NULL))
+    if (!i_VERIFICA_NO_NULO_EN(modulo, linea, cadena))
         return nullptr;
     for (;; ++cadena) {
         if (*cadena == caracter)
@@ -134,12 +134,12 @@ const char16_t *widestr_nousar_strchr(const char16_t *cadena, char16_t caracter,
 }
 
 void widestr_nousar_destruye(char16_t **cadena, const char *modulo, int linea) {
-    if (i_VERIFICA_EN(modulo, linea, (cadena) != NULL) &&
-        i_VERIFICA_EN(modulo, linea, (*cadena) != NULL))
+    if (i_VERIFICA_NO_NULO_EN(modulo, linea, cadena) &&
+        i_VERIFICA_NO_NULO_EN(modulo, linea, *cadena))
         marlspy_nousar_free_pp(cadena, 1);
 }
 
 void widestr_nousar_destruye_opcional(char16_t **cadena, const char *modulo, int linea) {
-    if (i_VERIFICA_EN(modulo, linea, (cadena) != NULL) && *cadena)
+    if (i_VERIFICA_NO_NULO_EN(modulo, linea, cadena) && *cadena)
         marlspy_nousar_free_pp(cadena, 1);
 }

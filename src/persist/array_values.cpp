@@ -1,6 +1,7 @@
 // Named arrays: a caller's typed array saved as a member holding a JSON array, and loaded back
 // into a new typed array. The _en_array forms work on an array node the caller already has.
 #include "persist/persist.h"
+#include "report_texts.h"
 
 namespace {
 
@@ -96,7 +97,7 @@ arr_bool_t *tqjson2_lee_arr_bool_en_array(const tqjson2_nodo_t *nodo_array) {
                                tqbool valor = FALSO;
                                const tqbool es_valor_bool =
                                    tqjson2_es_valor_booleano(elemento, &valor);
-                               i_VERIFICA(es_valor_bool == CIERTO);
+                               i_VERIFICA_TEXTO(es_valor_bool == CIERTO, i_TEXTO_ELEMENTO_BOOLEANO);
                                arr_SetBOOL(resultado, i, valor);
                            });
 }
@@ -119,18 +120,18 @@ arr_cadena_u_t *tqjson2_lee_arr_cadenas_unicode_en_array(const tqjson2_nodo_t *n
 }
 
 arr_double_t *tqjson2_lee_arr_double_en_array(const tqjson2_nodo_t *nodo_array) {
-    return i_lee_elementos(nodo_array, arr_CreaDouble,
-                           [](arr_double_t *resultado, uint32_t i, const tqjson2_nodo_t *elemento) {
-                               double valor = 0;
-                               if (tqjson2_es_valor_double(elemento, &valor) != CIERTO) {
-                                   int32_t entero = 0;
-                                   const tqbool es_valor_entero =
-                                       tqjson2_es_valor_entero(elemento, &entero);
-                                   i_VERIFICA(es_valor_entero == CIERTO);
-                                   valor = es_valor_entero == CIERTO ? entero : 0.0;
-                               }
-                               arr_SetDouble(resultado, i, valor);
-                           });
+    return i_lee_elementos(
+        nodo_array, arr_CreaDouble,
+        [](arr_double_t *resultado, uint32_t i, const tqjson2_nodo_t *elemento) {
+            double valor = 0;
+            if (tqjson2_es_valor_double(elemento, &valor) != CIERTO) {
+                int32_t entero = 0;
+                const tqbool es_valor_entero = tqjson2_es_valor_entero(elemento, &entero);
+                i_VERIFICA_TEXTO(es_valor_entero == CIERTO, i_TEXTO_ELEMENTO_NUMERO);
+                valor = es_valor_entero == CIERTO ? entero : 0.0;
+            }
+            arr_SetDouble(resultado, i, valor);
+        });
 }
 
 arr_ulong_t *tqjson2_lee_arr_ulong_en_array(const tqjson2_nodo_t *nodo_array) {

@@ -2,6 +2,7 @@
 // places under a label, alone or as the elements of a JSON array; and JSON texts carried
 // through save streams.
 #include "persist/persist.h"
+#include "report_texts.h"
 
 namespace {
 
@@ -29,7 +30,7 @@ const tqjson2_nodo_t *i_objeto_miembro(const char16_t *etiqueta, const tqjson2_n
 
 void tqjson2_nousar_graba_ST(const char16_t *etiqueta, void *item,
                              tqjson2_func_graba_item_t func_graba_item, tqjson2_nodo_t *nodo) {
-    i_VERIFICA((func_graba_item) != NULL);
+    i_VERIFICA_NO_NULO(func_graba_item);
     tqjson2_nodo_t *objeto = i_objeto_de(item, func_graba_item); // joins the tree only afterwards
     tqjson2_append_nodo_a_objeto(nodo, etiqueta, &objeto);
 }
@@ -44,7 +45,7 @@ void tqjson2_nousar_graba_ST_opcional(const char16_t *etiqueta, void *item,
 void tqjson2_nousar_graba_arr_punterosST(const char16_t *etiqueta, const arr_puntero_t *items,
                                          tqjson2_func_graba_item_t func_graba_item,
                                          tqjson2_nodo_t *nodo) {
-    i_VERIFICA((func_graba_item) != NULL);
+    i_VERIFICA_NO_NULO(func_graba_item);
     tqjson2_nodo_t *array = tqjson2_crea_nodo_array();
     const uint32_t n = arr_NumElemsPuntero(items);
     for (uint32_t i = 0; i < n; ++i) {
@@ -58,12 +59,13 @@ void *tqjson2_nousar_lee_ST(const char16_t *etiqueta, tqjson2_func_lee_item_t fu
                             const tqjson2_nodo_t *nodo) {
     // The three tests in one condition, as one report, stopping at the first that fails.
     tqjson2_nodo_t *nodo_dato = nullptr;
-    if (!i_VERIFICA(tqjson2_tipo_nodo(nodo) == TQJSON_TIPO_OBJETO &&
-                    tqjson2_existe_atributo_con_nombre_en_objeto(nodo, etiqueta, &nodo_dato) ==
-                        CIERTO &&
-                    tqjson2_tipo_nodo(nodo_dato) == TQJSON_TIPO_OBJETO))
+    if (!i_VERIFICA_TEXTO(tqjson2_tipo_nodo(nodo) == TQJSON_TIPO_OBJETO &&
+                              tqjson2_existe_atributo_con_nombre_en_objeto(nodo, etiqueta,
+                                                                           &nodo_dato) == CIERTO &&
+                              tqjson2_tipo_nodo(nodo_dato) == TQJSON_TIPO_OBJETO,
+                          i_TEXTO_MIEMBRO_OBJETO))
         return nullptr;
-    if (!i_VERIFICA((func_lee_item) != NULL))
+    if (!i_VERIFICA_NO_NULO(func_lee_item))
         return nullptr;
     return func_lee_item(nodo_dato);
 }
@@ -72,7 +74,7 @@ void *tqjson2_nousar_lee_ST_opcional(const char16_t *etiqueta,
                                      tqjson2_func_lee_item_t func_lee_item,
                                      const tqjson2_nodo_t *nodo) {
     const tqjson2_nodo_t *nodo_dato = i_objeto_miembro(etiqueta, nodo);
-    if (!nodo_dato || !i_VERIFICA((func_lee_item) != NULL))
+    if (!nodo_dato || !i_VERIFICA_NO_NULO(func_lee_item))
         return nullptr;
     return func_lee_item(nodo_dato);
 }
@@ -83,7 +85,7 @@ arr_puntero_t *tqjson2_nousar_lee_arr_punterosST(const char16_t *etiqueta,
     tqjson2_nodo_t *nodo_dato = nullptr;
     if (tqjson2_existe_atributo_con_nombre_en_objeto(nodo, etiqueta, &nodo_dato) != CIERTO)
         return arr_CreaPunteroConTipo(0);
-    const bool hay_funcion = i_VERIFICA((func_lee_item) != NULL);
+    const bool hay_funcion = i_VERIFICA_NO_NULO(func_lee_item);
     const arr_puntero_t *elementos = tqjson2_get_valores_array(nodo_dato);
     const uint32_t n = elementos ? arr_NumElemsPuntero(elementos) : 0;
     arr_puntero_t *resultado = arr_CreaPunteroConTipo(n);

@@ -3,13 +3,14 @@
 #include <cmath>
 
 #include "persist/persist.h"
+#include "report_texts.h"
 #include "tree/guarded_text.h"
 
 void i_comprueba_etiqueta_nueva(const char16_t *etiqueta, const tqjson2_nodo_t *nodo) {
     tqjson2_nodo_t *nodo_dato = nullptr;
     const tqbool existe = tqjson2_existe_atributo_con_nombre_en_objeto(nodo, etiqueta, &nodo_dato);
-    i_VERIFICA(existe == FALSO);
-    i_VERIFICA(nodo_dato == NULL);
+    i_VERIFICA_TEXTO(existe == FALSO, i_TEXTO_ETIQUETA_NO_EXISTE);
+    i_VERIFICA_TEXTO(nodo_dato == nullptr, i_TEXTO_SIN_DATO);
 }
 
 const tqjson2_nodo_t *i_miembro_legible(const char16_t *etiqueta, const tqjson2_nodo_t *nodo) {

@@ -4,12 +4,12 @@
 #include <climits>
 
 #include "persist/persist.h"
+#include "report_texts.h"
 
 namespace {
 
 constexpr char i_MODULO_LSN[] = "tqjson2: tqjsonlsn";
-// Stringified here, so that the condition text keeps its macros unexpanded.
-#define i_VERIFICA_LSN(condicion) i_verifica((condicion), #condicion, i_MODULO_LSN, __LINE__)
+#define i_VERIFICA_NO_NULO_LSN(x) i_VERIFICA_NO_NULO_EN(i_MODULO_LSN, __LINE__, x)
 
 // The value of the one member named `etiqueta`, or null (also for a null node, unreported; a
 // node that is not an object is reported by the lookup).
@@ -66,13 +66,13 @@ uint16_t tqjsonlsn_leer_valor_ushort_con_valor_defecto(const tqjson2_nodo_t *nod
                                                        const char16_t *etiqueta, uint16_t defecto) {
     // Whatever the signed reader gives is tested, the default too; a negative value passes.
     const int32_t valor = tqjsonlsn_leer_valor_long_con_valor_defecto(nodo, etiqueta, defecto);
-    i_VERIFICA_LSN(valor < USHRT_MAX);
+    i_verifica(valor < USHRT_MAX, i_TEXTO_CABE_EN_USHORT, i_MODULO_LSN, __LINE__);
     return static_cast<uint16_t>(valor);
 }
 
 tqbool tqjsonlsn_es_posible_leer_double(const char16_t *etiqueta, const tqjson2_nodo_t *nodo,
                                         double *valor) {
-    if (!i_VERIFICA_LSN((valor) != NULL))
+    if (!i_VERIFICA_NO_NULO_LSN(valor))
         return FALSO;
     const tqjson2_nodo_t *nodo_dato = i_miembro_legible(etiqueta, nodo);
     if (nodo_dato && tqjson2_es_valor_double(nodo_dato, valor) == CIERTO)
@@ -83,7 +83,7 @@ tqbool tqjsonlsn_es_posible_leer_double(const char16_t *etiqueta, const tqjson2_
 
 tqbool tqjsonlsn_es_posible_leer_cadena_unicode(const char16_t *etiqueta,
                                                 const tqjson2_nodo_t *nodo, char16_t **cadena) {
-    if (!i_VERIFICA_LSN((cadena) != NULL))
+    if (!i_VERIFICA_NO_NULO_LSN(cadena))
         return FALSO;
     const tqjson2_nodo_t *nodo_dato = i_miembro_legible(etiqueta, nodo);
     const bool es_cadena = nodo_dato && tqjson2_tipo_nodo(nodo_dato) == TQJSON_TIPO_CADENA;
@@ -95,15 +95,16 @@ tqbool tqjsonlsn_nousar_es_posible_leer_enum(
     const char16_t *etiqueta, tqjsonlsn_func_es_correcto_valor_enum_t func_es_correcto_valor_enum,
     tqjsonlsn_func_get_texto_valor_enum_t func_get_texto_valor_enum, const tqjson2_nodo_t *nodo,
     int32_t *valor_enum) {
-    if (!i_VERIFICA_LSN((valor_enum) != NULL))
+    if (!i_VERIFICA_NO_NULO_LSN(valor_enum))
         return FALSO;
     tqjson2_nodo_t *nodo_dato = nullptr;
     if (tqjson2_existe_atributo_con_nombre_en_objeto(nodo, etiqueta, &nodo_dato) != CIERTO) {
         *valor_enum = -1;
         return FALSO;
     }
-    const bool hay_funciones = i_VERIFICA_LSN((func_es_correcto_valor_enum) != NULL) &&
-                               i_VERIFICA_LSN((func_get_texto_valor_enum) != NULL);
+    // Both callbacks are judged, so that a null first one does not hide a null second.
+    const bool hay_es_correcto = i_VERIFICA_NO_NULO_LSN(func_es_correcto_valor_enum);
+    const bool hay_funciones = i_VERIFICA_NO_NULO_LSN(func_get_texto_valor_enum) && hay_es_correcto;
     char16_t *texto = tqjson2_get_valor_cadena_unicode(nodo_dato);
     int32_t encontrado = -1;
     for (int32_t valor = 0; hay_funciones && func_es_correcto_valor_enum(valor) == CIERTO;

@@ -18,6 +18,7 @@
 #include "codec/codec.h"
 #include "companion/scanner.h"
 #include "reader/reader.h"
+#include "report_texts.h"
 #include "tree/reserved_words.h"
 
 namespace {
@@ -337,13 +338,14 @@ bool i_entero_corto(const i_token_escaneado &token, int32_t *valor) {
             return i_valor::leido;
         }
         const double cte_double = i_valor_constante(lectura);
-        i_VERIFICA(cambtipo_se_puede_double_a_long(cte_double) == CIERTO);
+        i_VERIFICA_TEXTO(cambtipo_se_puede_double_a_long(cte_double) == CIERTO,
+                         i_TEXTO_NEGATIVO_CABE);
         *nodo = i_nodo_entero(lectura, -cambtipo_double_a_long(cte_double));
         return i_valor::leido;
     }
     if (token != ANLEX_CTE_REAL)
         return i_valor::fallido;
-    i_VERIFICA(token == ANLEX_CTE_REAL);
+    i_VERIFICA_TEXTO(token == ANLEX_CTE_REAL, i_TEXTO_NEGATIVO_ES_REAL);
     *nodo = i_nodo_double(lectura, -i_valor_constante(lectura));
     return i_valor::leido;
 }
@@ -369,8 +371,9 @@ tqjson2_nodo_t *i_crea_nodo_palabra(i_lectura &lectura) {
         default: {
             anlex_t *lex = lectura.lex;
             i_situa_lexer(lectura);
-            i_VERIFICA(anlex_get_palabra_reservada_enum(lex, i_palabra_reservada_t) ==
-                       i_PALABRA_RESERVADA_NULL);
+            i_VERIFICA_TEXTO(anlex_get_palabra_reservada_enum(lex, i_palabra_reservada_t) ==
+                                 i_PALABRA_RESERVADA_NULL,
+                             i_TEXTO_PALABRA_ES_NULL);
             return i_nodo_sin_numero(lectura, TQJSON_TIPO_NULL, nullptr, FALSO);
         }
     }
@@ -552,7 +555,7 @@ tqbool i_lee_contenedores(i_lectura &lectura, tqjson2_nodo_t **nodo) {
 }
 
 tqbool i_lee_nodo_raiz(i_lectura &lectura, tqjson2_nodo_t **nodo) {
-    if (!i_VERIFICA((nodo) != NULL))
+    if (!i_VERIFICA_NO_NULO(nodo))
         return FALSO;
     *nodo = nullptr;
     anlex_t *lex = lectura.lex;
@@ -560,7 +563,7 @@ tqbool i_lee_nodo_raiz(i_lectura &lectura, tqjson2_nodo_t **nodo) {
         return FALSO;
     const uint32_t token = anlex_get_token(lex);
     if (token != ANLEX_LLAVE_ABR)
-        i_VERIFICA(token == ANLEX_CORCH_ABR);
+        i_VERIFICA_TEXTO(token == ANLEX_CORCH_ABR, i_TEXTO_RAIZ_ABRE_CONTENEDOR);
     // The scan goes on from the end of the root's opening token.
     lectura.actual.fin = anlex_get_fin_token_utf8(lex, &lectura.fin);
     i_abre(lectura, token == ANLEX_LLAVE_ABR);

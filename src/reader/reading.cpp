@@ -22,7 +22,7 @@ tqjson2_error_t *i_crea_error(int32_t linea, int32_t columna) {
 // form without the text being converted as a whole.
 tqbool i_se_lee_texto_utf8(const char *texto, tqbool decodifica_secuencias_escape,
                            tqjson2_nodo_t **nodo) {
-    if (!i_VERIFICA((texto) != NULL)) {
+    if (!i_VERIFICA_NO_NULO(texto)) {
         if (nodo)
             *nodo = nullptr;
         return FALSO;
@@ -73,6 +73,6 @@ tqbool tqjson2_se_lee_texto_utf8_sin_decodificar_secuencias_utf8(const char *tex
 }
 
 void tqjson2_error_destruye(tqjson2_error_t **error) {
-    if (i_VERIFICA((error) != NULL))
+    if (i_VERIFICA_NO_NULO(error))
         marlspy_nousar_free_pp(error, sizeof(tqjson2_error_t));
 }

@@ -1,31 +1,37 @@
 // Building trees: appending members to objects and elements to arrays. Every append ends in
 // one of the two core appends, which take the member or node over.
+#include "report_texts.h"
 #include "tree/guarded_text.h"
 #include "tree/member_index.h"
 
 void tqjson2_append_atributo_a_objeto(tqjson2_nodo_t *objeto, tqjson2_atributo_t **atributo) {
-    // Taken over before the object is checked, so that a refused member is not leaked.
+    // The object is judged before the member is taken over; a refused member is still taken and
+    // destroyed, so that it is not leaked.
+    const bool acepta =
+        i_VERIFICA_NO_NULO(objeto) &&
+        i_VERIFICA_TEXTO(objeto->tipo == TQJSON_TIPO_OBJETO, i_TEXTO_OBJETO_ES_OBJETO) &&
+        i_VERIFICA_NO_NULO(objeto->atributos_objeto);
     tqjson2_atributo_t *propio = i_toma_no_null(atributo);
-    if (!i_VERIFICA((objeto) != NULL) || !i_VERIFICA(objeto->tipo == TQJSON_TIPO_OBJETO) ||
-        !i_VERIFICA((objeto->atributos_objeto) != NULL)) {
-        if (propio)
-            i_destruye_atributo(&propio);
+    if (!propio)
         return;
-    }
-    if (propio)
+    if (acepta)
         i_agrega_atributo(objeto->atributos_objeto, propio);
+    else
+        i_destruye_atributo(&propio);
 }
 
 void tqjson2_append_elemento_a_array(tqjson2_nodo_t *nodo_array, tqjson2_nodo_t **nodo) {
+    const bool acepta =
+        i_VERIFICA_NO_NULO(nodo_array) &&
+        i_VERIFICA_TEXTO(nodo_array->tipo == TQJSON_TIPO_ARRAY, i_TEXTO_NODO_ARRAY_ES_ARRAY) &&
+        i_VERIFICA_NO_NULO(nodo_array->valores_array);
     tqjson2_nodo_t *propio = i_toma_no_null(nodo);
-    if (!i_VERIFICA((nodo_array) != NULL) || !i_VERIFICA(nodo_array->tipo == TQJSON_TIPO_ARRAY) ||
-        !i_VERIFICA((nodo_array->valores_array) != NULL)) {
-        if (propio)
-            tqjson2_destruye_nodo(&propio);
+    if (!propio)
         return;
-    }
-    if (propio)
+    if (acepta)
         arr_AppendPunteroConTipo(nodo_array->valores_array, propio);
+    else
+        tqjson2_destruye_nodo(&propio);
 }
 
 void tqjson2_append_nodo_a_objeto(tqjson2_nodo_t *objeto, const char16_t *etiqueta,

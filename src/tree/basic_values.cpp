@@ -1,4 +1,5 @@
 // Kinds that hold one scalar value, and changing such a value in place.
+#include "report_texts.h"
 #include "tree/nodes.h"
 
 tqbool i_es_tipo_basico(int32_t tipo) {
@@ -22,8 +23,8 @@ void i_set_valor_basico(tqjson2_nodo_t *nodo, int32_t tipo, char **cadena_utf8, 
                         double valor_double, tqbool booleano) {
     // The text is taken over on every path, so that a refused change leaks nothing.
     char *cadena = cadena_utf8 ? i_toma(cadena_utf8) : nullptr;
-    if (!i_VERIFICA(i_es_tipo_basico(tipo) == CIERTO) ||
-        !i_VERIFICA(i_es_tipo_basico(nodo->tipo) == CIERTO)) {
+    if (!i_VERIFICA_TEXTO(i_es_tipo_basico(tipo) == CIERTO, i_TEXTO_TIPO_NUEVO_BASICO) ||
+        !i_VERIFICA_TEXTO(i_es_tipo_basico(nodo->tipo) == CIERTO, i_TEXTO_TIPO_ACTUAL_BASICO)) {
         marlstr_destruye(&cadena);
         return;
     }

@@ -1,20 +1,14 @@
 // Reading trees: kinds, member and element arrays, names and typed values. A getter checks the
 // kind it requires and never converts; the value tests are the tolerant way.
 #include "codec/codec.h"
+#include "report_texts.h"
 #include "tree/nodes.h"
 
 namespace {
 
-// The condition each getter's kind check reports, by the kind it requires.
-constexpr const char *i_CONDICION_TIPO[] = {
-    "nodo->tipo == TQJSON_TIPO_OBJETO", "nodo->tipo == TQJSON_TIPO_ARRAY",
-    "nodo->tipo == TQJSON_TIPO_CADENA", "nodo->tipo == TQJSON_TIPO_ENTERO",
-    "nodo->tipo == TQJSON_TIPO_DOUBLE",
-};
-
 bool i_es_nodo_de_tipo(const tqjson2_nodo_t *nodo, int32_t tipo, int linea) {
-    return i_verifica(nodo != nullptr, "(nodo) != NULL", i_MODULO, linea) &&
-           i_verifica(nodo->tipo == tipo, i_CONDICION_TIPO[tipo], i_MODULO, linea);
+    return i_verifica(nodo != nullptr, i_TEXTO_NO_NULO(nodo), i_MODULO, linea) &&
+           i_verifica(nodo->tipo == tipo, i_TEXTO_NODO_DE_TIPO[tipo], i_MODULO, linea);
 }
 
 // The stored text as wide text, escape sequences decoded when the node holds the escaped form.
@@ -44,7 +38,7 @@ char16_t *i_texto_decodificado(const tqjson2_nodo_t *nodo) {
 } // namespace
 
 int32_t tqjson2_tipo_nodo(const tqjson2_nodo_t *nodo) {
-    return i_VERIFICA((nodo) != NULL) ? nodo->tipo : TQJSON_TIPO_NULL;
+    return i_VERIFICA_NO_NULO(nodo) ? nodo->tipo : TQJSON_TIPO_NULL;
 }
 
 arr_puntero_t *tqjson2_get_atributos_objeto(const tqjson2_nodo_t *nodo) {
@@ -56,11 +50,11 @@ arr_puntero_t *tqjson2_get_valores_array(const tqjson2_nodo_t *nodo) {
 }
 
 const char16_t *tqjson2_get_nombre_atributo(const tqjson2_atributo_t *atributo) {
-    return i_VERIFICA((atributo) != NULL) ? atributo->nombre : nullptr;
+    return i_VERIFICA_NO_NULO(atributo) ? atributo->nombre : nullptr;
 }
 
 tqjson2_nodo_t *tqjson2_get_valor_atributo(const tqjson2_atributo_t *atributo) {
-    return i_VERIFICA((atributo) != NULL) ? atributo->valor : nullptr;
+    return i_VERIFICA_NO_NULO(atributo) ? atributo->valor : nullptr;
 }
 
 int32_t tqjson2_get_valor_entero(const tqjson2_nodo_t *nodo) {

@@ -2,13 +2,14 @@
 // A small object is searched member by member, over the elements that the array component lends,
 // with the comparators below; a large one through its index (member_index.h), which gives the same
 // answers.
+#include "report_texts.h"
 #include "tree/member_index.h"
 
 namespace {
 
 tqbool i_atributo_tiene_nombre(const void *elemento, const void *clave) {
     const auto *atributo = static_cast<const tqjson2_atributo_t *>(elemento);
-    if (!i_VERIFICA((atributo) != NULL))
+    if (!i_VERIFICA_NO_NULO(atributo))
         return FALSO;
     return widestr_nousar_cadenas_iguales(atributo->nombre, static_cast<const char16_t *>(clave),
                                           i_MODULO, __LINE__);
@@ -16,14 +17,15 @@ tqbool i_atributo_tiene_nombre(const void *elemento, const void *clave) {
 
 tqbool i_atributo_tiene_nombre_may_o_min(const void *elemento, const void *clave) {
     const auto *atributo = static_cast<const tqjson2_atributo_t *>(elemento);
-    if (!i_VERIFICA((atributo) != NULL))
+    if (!i_VERIFICA_NO_NULO(atributo))
         return FALSO;
     return widestr_nousar_cadenas_iguales_may_o_min(
         atributo->nombre, static_cast<const char16_t *>(clave), i_MODULO, __LINE__);
 }
 
 bool i_es_objeto(const tqjson2_nodo_t *nodo_objeto) {
-    return i_VERIFICA((nodo_objeto) != NULL) && i_VERIFICA(nodo_objeto->tipo == TQJSON_TIPO_OBJETO);
+    return i_VERIFICA_NO_NULO(nodo_objeto) &&
+           i_VERIFICA_TEXTO(nodo_objeto->tipo == TQJSON_TIPO_OBJETO, i_TEXTO_NODO_OBJETO_ES_OBJETO);
 }
 
 // An object's members as the array component lends them: valid until the object changes.
@@ -111,7 +113,7 @@ tqbool tqjson2_existe_atributo_con_nombre_may_o_min_en_objeto(const tqjson2_nodo
     posicion = miembros.busca<i_atributo_tiene_nombre_may_o_min>(0, etiqueta);
     while (posicion != ARR_NO_ENCONTRADO) {
         const tqjson2_atributo_t *atributo_en_pos = miembros.en(posicion);
-        if (!i_VERIFICA((atributo_en_pos) != NULL) || !i_VERIFICA((atributo_en_pos->valor) != NULL))
+        if (!i_VERIFICA_NO_NULO(atributo_en_pos) || !i_VERIFICA_NO_NULO(atributo_en_pos->valor))
             break;
         if (valor)
             *valor = atributo_en_pos->valor;
@@ -141,7 +143,7 @@ tqbool tqjson2_se_extrae_atributo_con_nombre_de_objeto(tqjson2_nodo_t *nodo_obje
             *valor = nullptr;
         return FALSO;
     }
-    if (!i_VERIFICA((valor) != NULL))
+    if (!i_VERIFICA_NO_NULO(valor))
         return FALSO;
     // The member gives its value up before it goes, so removing it frees the name and the
     // record but never the value, owned or borrowed.

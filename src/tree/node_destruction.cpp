@@ -50,7 +50,7 @@ void i_desmonta_array(arr_puntero_t **arr, i_liberaciones &liberaciones) {
 } // namespace
 
 void i_destruye_atributo(tqjson2_atributo_t **atributo) {
-    if (!i_VERIFICA((atributo) != NULL) || !i_VERIFICA((*atributo) != NULL))
+    if (!i_VERIFICA_NO_NULO(atributo) || !i_VERIFICA_NO_NULO(*atributo))
         return;
     tqjson2_nodo_t *valor = nullptr;
     {
@@ -93,9 +93,12 @@ static void i_desmonta_nodo(tqjson2_nodo_t *nodo, std::vector<tqjson2_nodo_t *> 
                 uint32_t num = 0;
                 void *const *atributos = arr_DatosPunteroConTipo(nodo->atributos_objeto, &num);
                 for (uint32_t i = 0; i < num; ++i) {
+                    // A null slot is reported as destroying a member through it would be.
+                    if (!i_verifica(atributos[i] != nullptr, i_TEXTO_NO_NULO(*atributo), i_MODULO,
+                                    __LINE__))
+                        continue;
                     auto *atributo = static_cast<tqjson2_atributo_t *>(atributos[i]);
-                    if (tqjson2_nodo_t *valor =
-                            atributo ? i_desmonta_atributo(atributo, liberaciones) : nullptr)
+                    if (tqjson2_nodo_t *valor = i_desmonta_atributo(atributo, liberaciones))
                         i_desmonta_hijo(valor, pendientes, liberaciones);
                 }
                 i_desmonta_array(&nodo->atributos_objeto, liberaciones);
@@ -106,7 +109,8 @@ static void i_desmonta_nodo(tqjson2_nodo_t *nodo, std::vector<tqjson2_nodo_t *> 
                 uint32_t num = 0;
                 void *const *valores = arr_DatosPunteroConTipo(nodo->valores_array, &num);
                 for (uint32_t i = 0; i < num; ++i)
-                    if (valores[i])
+                    if (i_verifica(valores[i] != nullptr, i_TEXTO_NO_NULO(*nodo), i_MODULO,
+                                   __LINE__))
                         i_desmonta_hijo(static_cast<tqjson2_nodo_t *>(valores[i]), pendientes,
                                         liberaciones);
                 i_desmonta_array(&nodo->valores_array, liberaciones);
@@ -120,7 +124,7 @@ static void i_desmonta_nodo(tqjson2_nodo_t *nodo, std::vector<tqjson2_nodo_t *> 
 }
 
 void tqjson2_destruye_nodo(tqjson2_nodo_t **nodo) {
-    if (!i_VERIFICA((nodo) != NULL) || !i_VERIFICA((*nodo) != NULL))
+    if (!i_VERIFICA_NO_NULO(nodo) || !i_VERIFICA_NO_NULO(*nodo))
         return;
     std::vector<tqjson2_nodo_t *> pendientes;
     i_liberaciones liberaciones;

@@ -2,14 +2,14 @@
 #include "tree/nodes.h"
 
 tqbool tqjson2_es_valor_entero(const tqjson2_nodo_t *nodo, int32_t *valor) {
-    if (!i_VERIFICA((valor) != NULL) || !nodo)
+    if (!i_VERIFICA_NO_NULO(valor) || !nodo)
         return FALSO;
     *valor = i_entero_de(nodo); // the fill value for a node of another kind
     return nodo->tipo == TQJSON_TIPO_ENTERO ? CIERTO : FALSO;
 }
 
 tqbool tqjson2_es_valor_double(const tqjson2_nodo_t *nodo, double *valor) {
-    if (!i_VERIFICA((valor) != NULL) || !nodo)
+    if (!i_VERIFICA_NO_NULO(valor) || !nodo)
         return FALSO;
     *valor = i_double_de(nodo);
     return nodo->tipo == TQJSON_TIPO_DOUBLE ? CIERTO : FALSO;
@@ -27,7 +27,7 @@ static tqbool i_es_texto_booleano(const char *texto_utf8, tqbool *valor) {
 }
 
 tqbool tqjson2_es_valor_booleano(const tqjson2_nodo_t *nodo, tqbool *valor) {
-    if (!i_VERIFICA((nodo) != NULL) || !i_VERIFICA((valor) != NULL))
+    if (!i_VERIFICA_NO_NULO(nodo) || !i_VERIFICA_NO_NULO(valor))
         return FALSO;
     if (nodo->tipo == TQJSON_TIPO_BOOLEANO) {
         *valor = nodo->booleano;
@@ -39,7 +39,7 @@ tqbool tqjson2_es_valor_booleano(const tqjson2_nodo_t *nodo, tqbool *valor) {
 // The string tests hand out a new converted text, not decoded, or null for another kind.
 template <class C, class Convierte>
 static tqbool i_es_valor_cadena(const tqjson2_nodo_t *nodo, C **valor, Convierte convierte) {
-    if (!i_VERIFICA((valor) != NULL) || !nodo)
+    if (!i_VERIFICA_NO_NULO(valor) || !nodo)
         return FALSO;
     const bool es_cadena = nodo->tipo == TQJSON_TIPO_CADENA;
     *valor = es_cadena ? convierte(nodo->cadena_utf8) : nullptr;

@@ -1,11 +1,14 @@
 // The writing exports: a tree to a file, streamed, or to one UTF-8 text in memory.
+#include "report_texts.h"
 #include "writer.h"
 
 namespace {
 
 bool i_raiz_valida(const tqjson2_nodo_t *nodo_raiz) {
-    return i_VERIFICA((nodo_raiz) != NULL) && i_VERIFICA(nodo_raiz->tipo == TQJSON_TIPO_OBJETO ||
-                                                         nodo_raiz->tipo == TQJSON_TIPO_ARRAY);
+    return i_VERIFICA_NO_NULO(nodo_raiz) &&
+           i_VERIFICA_TEXTO(nodo_raiz->tipo == TQJSON_TIPO_OBJETO ||
+                                nodo_raiz->tipo == TQJSON_TIPO_ARRAY,
+                            i_TEXTO_RAIZ_ES_CONTENEDOR);
 }
 
 // The text functions always write with the default configuration, so " : " even minified.

@@ -79,7 +79,7 @@ void i_abre_linea_de_nodo(i_recorrido &recorrido, const char16_t *nombre, uint32
     i_abre_linea(destino_gltf, profundidad, recorrido.indentado);
     if (i_es_nombre_en_blanco(nombre))
         return;
-    const bool espaciado = !i_VERIFICA((destino_gltf->conf) != NULL) ||
+    const bool espaciado = !i_VERIFICA_NO_NULO(destino_gltf->conf) ||
                            destino_gltf->conf->espacio_antes_dos_puntos == CIERTO;
     i_salida_t *texto = &destino_gltf->texto;
     i_anade_byte(texto, '"');
@@ -158,7 +158,7 @@ void i_cierra_contenedor(i_recorrido &recorrido) {
 // does not own it.
 void i_escribe_valor(i_recorrido &recorrido, const tqjson2_nodo_t *nodo, const char16_t *nombre,
                      uint32_t profundidad, tqbool con_coma, bool prestado) {
-    if (!i_VERIFICA((nodo) != NULL))
+    if (!i_VERIFICA_NO_NULO(nodo))
         return;
     switch (nodo->tipo) {
         case TQJSON_TIPO_OBJETO:
@@ -196,7 +196,7 @@ void i_avanza(i_recorrido &recorrido) {
         return;
     }
     const auto *atributo = static_cast<const tqjson2_atributo_t *>(abierto.hijos[indice]);
-    if (!i_VERIFICA((atributo) != NULL))
+    if (!i_VERIFICA_NO_NULO(atributo))
         return;
     i_escribe_valor(recorrido, atributo->valor, atributo->nombre, profundidad, con_coma,
                     atributo->es_propietario != CIERTO);
@@ -206,7 +206,7 @@ void i_avanza(i_recorrido &recorrido) {
 
 void i_escribe_nodo(const tqjson2_nodo_t *nodo, const char16_t *nombre, uint32_t profundidad,
                     tqbool con_coma, tqbool indentado, i_destino_gltf_t *destino_gltf) {
-    if (!i_VERIFICA((destino_gltf) != NULL))
+    if (!i_VERIFICA_NO_NULO(destino_gltf))
         return;
     i_recorrido recorrido = {indentado, destino_gltf, {}, false, {}};
     i_escribe_valor(recorrido, nodo, nombre, profundidad, con_coma, false);

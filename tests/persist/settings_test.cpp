@@ -99,9 +99,10 @@ TEST(Settings, AnEnumerationIsMatchedByItsTexts) {
     EXPECT_EQ(valor, -1);
     EXPECT_EQ(lee_enum(u"i", es_correcto, texto_de, o.raiz, &valor), FALSO);
     EXPECT_EQ(lee_enum(u"Y", es_correcto, texto_de, o.raiz, nullptr), FALSO);
-    EXPECT_EQ(handler.conditions(),
-              (Conditions{"(func_es_correcto_valor_enum) != NULL",
-                          "nodo->tipo == TQJSON_TIPO_CADENA", "(valor_enum) != NULL"}));
+    EXPECT_EQ(
+        handler.conditions(),
+        (Conditions{"(func_es_correcto_valor_enum) != NULL", "(func_get_texto_valor_enum) != NULL",
+                    "nodo->tipo == TQJSON_TIPO_CADENA", "(valor_enum) != NULL"}));
 }
 
 // Present members change in place (same node, same position), missing ones are appended.

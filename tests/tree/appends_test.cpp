@@ -61,10 +61,16 @@ TEST(Appends, RefusedAppendsReportAndLeakNothing) {
     tqjson2_append_bool_a_array(nullptr, CIERTO);
     tqjson2_nodo_t *nulo = nullptr;
     tqjson2_append_elemento_a_array(array.raiz, &nulo);
+    // The container is judged before what is handed over.
+    tqjson2_append_elemento_a_array(objeto.raiz, &nulo);
+    tqjson2_atributo_t *sin_atributo = nullptr;
+    tqjson2_append_atributo_a_objeto(nullptr, &sin_atributo);
     EXPECT_EQ(
         handler.conditions(),
         (Conditions{"objeto->tipo == TQJSON_TIPO_OBJETO", "nodo_array->tipo == TQJSON_TIPO_ARRAY",
-                    "(objeto) != NULL", "(nodo_array) != NULL", "(valor) != NULL"}));
+                    "(objeto) != NULL", "(nodo_array) != NULL", "(valor) != NULL",
+                    "nodo_array->tipo == TQJSON_TIPO_ARRAY", "(valor) != NULL", "(objeto) != NULL",
+                    "(valor) != NULL"}));
     EXPECT_EQ(minified(array.raiz) + minified(objeto.raiz), "[]{}");
 }
 

@@ -84,8 +84,16 @@ TEST(NodeLifecycle, BrokenPreconditionsAreReportedAndLeakNothing) {
     EXPECT_EQ(std::u16string(sin_nombre->nombre), u""); // a member's name is never null
     i_destruye_atributo(&sin_nombre);
     EXPECT_EQ(sin_nombre, nullptr);
+    // Null slots among a tree's members and elements are reported, the rest destroyed.
+    tqjson2_nodo_t *con_huecos = obj({{u"a", integer(1)}});
+    arr_AppendPunteroConTipo(con_huecos->atributos_objeto, nullptr);
+    tqjson2_nodo_t *array = arr({integer(2)});
+    arr_AppendPunteroConTipo(array->valores_array, nullptr);
+    tqjson2_append_nodo_a_objeto(con_huecos, u"b", &array);
+    tqjson2_destruye_nodo(&con_huecos);
     EXPECT_EQ(handler.conditions(),
               (Conditions{"(nodo) != NULL", "(*nodo) != NULL", "(atributo) != NULL",
-                          "(*atributo) != NULL", "default", "(cadena) != NULL"}));
+                          "(*atributo) != NULL", "default", "(cadena) != NULL",
+                          "(*atributo) != NULL", "(*nodo) != NULL"}));
     EXPECT_EQ(handler.reports()[0].modulo, "tqjson2: tqjson2");
 }

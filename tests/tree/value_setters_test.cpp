@@ -49,7 +49,10 @@ TEST(ValueSetters, ReplacingTheElementsDestroysTheOldOnesFirst) {
     arr_AppendPunteroConTipo(nuevos, integer(2));
     tqjson2_set_nodo_valores_array(o.raiz, &nuevos); // refused; the given nodes are destroyed
     arr_puntero_t *nada = nullptr;
-    tqjson2_set_nodo_valores_array(a.raiz, &nada);
+    tqjson2_set_nodo_valores_array(a.raiz, &nada); // the old elements go before the refusal
+    EXPECT_EQ(minified(a.raiz), "[]");
+    tqjson2_set_nodo_valores_array(nullptr, &nada);
     EXPECT_EQ(handler.conditions(),
-              (Conditions{"nodo->tipo == TQJSON_TIPO_ARRAY", "(valor) != NULL"}));
+              (Conditions{"nodo->tipo == TQJSON_TIPO_ARRAY", "(valor) != NULL", "(nodo) != NULL",
+                          "(valor) != NULL"}));
 }
