@@ -45,6 +45,9 @@ inline constexpr char i_TEXTO_PALABRA_ES_NULL[] =
 inline constexpr char i_TEXTO_RAIZ_ES_CONTENEDOR[] =
     "nodo_raiz->tipo == TQJSON_TIPO_OBJETO || nodo_raiz->tipo == TQJSON_TIPO_ARRAY";
 
+// Base64.
+inline constexpr char i_TEXTO_SALIDA_EN_ORDEN[] = "out <= pos";
+
 // Named values and settings.
 inline constexpr char i_TEXTO_ETIQUETA_NO_EXISTE[] = "existe == FALSO";
 inline constexpr char i_TEXTO_SIN_DATO[] = "nodo_dato == NULL";

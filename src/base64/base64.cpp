@@ -8,6 +8,7 @@
 #endif
 
 #include "companion/companion.h"
+#include "report_texts.h"
 #include "tqjson2.h"
 
 namespace {
@@ -32,7 +33,7 @@ struct i_tabla_pares {
 constexpr i_tabla_pares i_PARES;
 
 uint32_t i_tam_salida(const unsigned char *out, const unsigned char *pos) {
-    if (!i_verifica(out <= pos, "out <= pos", i_MODULO_BASE64, __LINE__))
+    if (!i_verifica(out <= pos, i_TEXTO_SALIDA_EN_ORDEN, i_MODULO_BASE64, __LINE__))
         return 0;
     return cambtipo_size_t_a_unsigned_long(static_cast<size_t>(pos - out));
 }

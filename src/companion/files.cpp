@@ -134,13 +134,13 @@ int lc_fclose(lc_fichero_t *fichero) {
     const int linea = fichero->linea;
     i_libera(fichero);
     int fallo = 0;
-    if (!i_VERIFICA_EN(modulo, linea, (fallo_escritura) == 0))
+    if (!i_verifica(fallo_escritura == 0, i_TEXTO_FALLO_ESCRITURA, modulo, linea))
         fallo = fallo_escritura;
-    else if (!i_VERIFICA_EN(modulo, linea, (fallo_volcado) == 0))
+    else if (!i_verifica(fallo_volcado == 0, i_TEXTO_FALLO_VOLCADO, modulo, linea))
         fallo = fallo_volcado;
-    else if (!i_VERIFICA_EN(modulo, linea, (fallo_cierre) == 0))
+    else if (!i_verifica(fallo_cierre == 0, i_TEXTO_FALLO_CIERRE, modulo, linea))
         fallo = fallo_cierre;
-    else if (!i_VERIFICA_EN(modulo, linea, (fallo_sustitucion) == 0))
+    else if (!i_verifica(fallo_sustitucion == 0, i_TEXTO_FALLO_SUSTITUCION, modulo, linea))
         fallo = fallo_sustitucion;
     if (fallo != 0)
         errno = fallo;
