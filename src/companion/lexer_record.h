@@ -37,10 +37,6 @@ struct anlex {
     const char *fin_token;
     bool literal_con_barras;
     uint32_t id_palabra;
-    uint32_t linea; // of the scan
-    const char *inicio_linea;
-    uint32_t linea_token; // where the current token begins
-    const char *inicio_linea_token;
     std::u16string literal_ancho;
 };
 

@@ -23,7 +23,7 @@ struct trapable_marco {
     trapable_salto_t salto;
     trapable_excepcion_t excepcion;
     int32_t *estado;
-    tqbool muestra_error;
+    bool muestra_error;
     bool capturando;          // false once a failure was caught or ERROR was called
     trapable_marco *exterior; // the enclosing frame of the same thread
 };
@@ -184,7 +184,7 @@ trapable_marco_t *trapable_nousar_try_catch_INI(tqbool muestra_error, int32_t *e
     trapable_marco *marco = i_nuevo<trapable_marco>();
     marco->excepcion = trapable_excepcion_t{0, nullptr};
     marco->estado = estado;
-    marco->muestra_error = muestra_error;
+    marco->muestra_error = muestra_error == CIERTO;
     marco->capturando = true;
     marco->exterior = t_marco_interior;
     if (estado)
@@ -230,8 +230,7 @@ void trapable_nousar_try_catch_END(trapable_marco_t **marco, tqbool muestra_erro
     // target behind, so it is refused.
     if (!i_VERIFICA(cerrado == t_marco_interior))
         return;
-    if ((muestra_error == CIERTO || cerrado->muestra_error == CIERTO) &&
-        estado != TRAPABLE_ESTADO_SIN_ERROR)
+    if ((muestra_error == CIERTO || cerrado->muestra_error) && estado != TRAPABLE_ESTADO_SIN_ERROR)
         std::fprintf(stderr, "tqbase: a guarded call failed (code %d)\n",
                      cerrado->excepcion.codigo);
     t_marco_interior = cerrado->exterior;

@@ -29,7 +29,7 @@ namespace {
 // name is read, and receives its value when the value is whole.
 struct i_contenedor_leido {
     bool es_objeto;
-    tqbool coma; // a comma came last
+    bool coma; // a comma came last
     size_t primer_hijo;
 };
 
@@ -199,7 +199,7 @@ enum class i_valor { leido, abierto, fallido };
 enum class i_paso { sigue, termina_bien, termina_mal };
 
 void i_abre(i_lectura &lectura, bool es_objeto) {
-    lectura.pila.push_back({es_objeto, FALSO, lectura.hijos.size()});
+    lectura.pila.push_back({es_objeto, false, lectura.hijos.size()});
 }
 
 // Destroys what a failed container gathered (a member still waiting for its value has none).
@@ -446,15 +446,15 @@ void i_puntuacion_en(i_lectura &lectura, const char *p, uint32_t token) {
 // The comma rule of both kinds of container: a comma is taken only after a child and not right
 // after another comma.
 i_paso i_juzga_coma(const i_lectura &lectura, i_contenedor_leido &contenedor) {
-    if (contenedor.coma == CIERTO || i_num_hijos(lectura, contenedor) == 0)
+    if (contenedor.coma || i_num_hijos(lectura, contenedor) == 0)
         return i_paso::termina_mal;
-    contenedor.coma = CIERTO;
+    contenedor.coma = true;
     return i_paso::sigue;
 }
 
 // A closing mark ends its container, which fails when a comma came last.
 i_paso i_juzga_cierre(const i_contenedor_leido &contenedor) {
-    return contenedor.coma == CIERTO ? i_paso::termina_mal : i_paso::termina_bien;
+    return contenedor.coma ? i_paso::termina_mal : i_paso::termina_bien;
 }
 
 // An array judges the token at which a value failed: its closing bracket ends it, a comma
@@ -484,7 +484,7 @@ i_paso i_juzga_array(i_lectura &lectura) {
         static_cast<tqjson2_atributo_t *>(lectura.hijos.back())->valor = nodo;
     else
         lectura.hijos.push_back(nodo);
-    contenedor.coma = FALSO;
+    contenedor.coma = false;
     return i_paso::sigue;
 }
 

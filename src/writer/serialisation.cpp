@@ -17,10 +17,11 @@ struct i_contenedor_abierto {
     uint32_t num_hijos;
     uint32_t siguiente;
     uint32_t profundidad; // of its brackets; its children go two deeper
-    tqbool con_coma;      // after its closing bracket
+    bool con_coma;        // after its closing bracket
     bool es_objeto;
 };
 
+// The layout flag keeps the caller's tqbool as given: only CIERTO indents.
 struct i_recorrido {
     tqbool indentado;
     i_destino_gltf_t *destino_gltf;
@@ -137,7 +138,8 @@ void i_abre_contenedor(i_recorrido &recorrido, const tqjson2_nodo_t *nodo, const
     const arr_puntero_t *hijos = es_objeto ? nodo->atributos_objeto : nodo->valores_array;
     uint32_t num_hijos = 0;
     void *const *datos = hijos ? arr_DatosPunteroConTipo(hijos, &num_hijos) : nullptr;
-    recorrido.pila.push_back({nodo, datos, num_hijos, 0, profundidad, con_coma, es_objeto});
+    recorrido.pila.push_back(
+        {nodo, datos, num_hijos, 0, profundidad, con_coma == CIERTO, es_objeto});
 
     i_abre_linea_de_nodo(recorrido, nombre, profundidad);
     i_anade_byte(&recorrido.destino_gltf->texto, es_objeto ? '{' : '[');
@@ -151,7 +153,7 @@ void i_cierra_contenedor(i_recorrido &recorrido) {
         recorrido.abiertos.erase(abierto.nodo);
     i_abre_linea(recorrido.destino_gltf, abierto.profundidad, recorrido.indentado);
     i_anade_byte(&recorrido.destino_gltf->texto, abierto.es_objeto ? '}' : ']');
-    i_emite_linea(recorrido.destino_gltf, abierto.con_coma, recorrido.indentado);
+    i_emite_linea(recorrido.destino_gltf, abierto.con_coma ? CIERTO : FALSO, recorrido.indentado);
 }
 
 // Writes a scalar whole, or opens a container; `prestado` when it hangs from a member that
