@@ -1,5 +1,7 @@
 // tqbase array component: operations beyond the public contract of tqbase/arrays.h that the
 // libraries of the code base use internally.
+// Internal to the code base: exported because tqjson2 links against it, but not installed and
+// not for applications (see README.md).
 #pragma once
 
 #include "tqbase/arrays.h"

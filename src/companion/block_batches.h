@@ -2,6 +2,8 @@
 // or destroy a tree's records one after another, where a call a block would cost more than the
 // pool's own work. The blocks are the memory component's like any other: each may be freed or
 // resized alone, from any thread.
+// Internal to the code base: exported because tqjson2 links against it, but not installed and
+// not for applications (see README.md).
 #pragma once
 
 #include "tqbase/tipos.h"

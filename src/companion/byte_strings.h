@@ -1,5 +1,7 @@
 // tqbase string component, byte strings: zero-terminated UTF-8 or ANSI text. Every string
 // returned is new and the caller's, freed with marlstr_destruye (tqbase/cadenas.h).
+// Internal to the code base: exported because tqjson2 links against it, but not installed and
+// not for applications (see README.md).
 #pragma once
 
 #include "tqbase/cadenas.h"

@@ -1,4 +1,6 @@
 // tqbase string component: formatting into a new wide string.
+// Internal to the code base: exported because tqjson2 links against it, but not installed and
+// not for applications (see README.md).
 #pragma once
 
 #include "tqbase/tipos.h"

@@ -14,6 +14,8 @@
 // makes the token an error token that ends before the line feed.
 //
 // Lines and columns count from 1; columns count UTF-16 code units.
+// Internal to the code base: exported because tqjson2 links against it, but not installed and
+// not for applications (see README.md).
 #pragma once
 
 #include "tqbase/tipos.h"

@@ -1,5 +1,7 @@
 // tqbase number-conversion component. A value outside the target's range is an internal-error
 // report, after which the result saturates at the nearest bound (NaN gives 0).
+// Internal to the code base: exported because tqjson2 links against it, but not installed and
+// not for applications (see README.md).
 #pragma once
 
 #include "tqbase/tipos.h"

@@ -1,4 +1,6 @@
 // tqbase standard-library wrapper: the C functions the libraries call, behind one name each.
+// Internal to the code base: exported because tqjson2 links against it, but not installed and
+// not for applications (see README.md).
 #pragma once
 
 #include "tqbase/tipos.h"

@@ -1,4 +1,6 @@
 // tqbase text-output component: formatted writes to a file of the file component.
+// Internal to the code base: exported because tqjson2 links against it, but not installed and
+// not for applications (see README.md).
 #pragma once
 
 #include "files.h"

@@ -13,6 +13,8 @@
 //         fallback();
 //     }
 //     trapable_nousar_try_catch_END(&marco, FALSO, estado);
+// Internal to the code base: exported because tqjson2 links against it, but not installed and
+// not for applications (see README.md).
 #pragma once
 
 #include "tqbase/tipos.h"

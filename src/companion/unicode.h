@@ -6,6 +6,8 @@
 // wide text is written as its three-byte generalised UTF-8 form and read back as the same
 // unit, so every wide text round-trips through UTF-8. A character the ANSI code page cannot
 // hold becomes '?'.
+// Internal to the code base: exported because tqjson2 links against it, but not installed and
+// not for applications (see README.md).
 #pragma once
 
 #include "tqbase/tipos.h"

@@ -2,6 +2,8 @@
 // widestr_nousar_creacadena takes, last, the caller's module string and source line, which it
 // uses only in its own internal-error reports. Strings returned are new and the caller's,
 // freed with widestr_nousar_destruye (tqbase/cadenas.h).
+// Internal to the code base: exported because tqjson2 links against it, but not installed and
+// not for applications (see README.md).
 #pragma once
 
 #include "tqbase/cadenas.h"
