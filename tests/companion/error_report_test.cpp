@@ -77,7 +77,8 @@ TEST(ErrorReport, TheHandlerGetsConditionModuleAndLineAndNullRestoresTheDefault)
     EXPECT_EQ(g_llamadas, 1);
 }
 
-// A report is seen by the handler first; outside any frame it returns.
+// A report is seen by the handler first; outside any frame it returns. Frames nest, and a
+// failure in a fallback goes to the enclosing frame.
 TEST(TrapFrames, AnAccessFaultOrAReportInsideAFrameIsCaughtAndTheProcessGoesOn) {
     int32_t codigo = 0;
     EXPECT_EQ(guard([] { read_unreadable(); }, &codigo), Outcome::Caught);
@@ -94,12 +95,10 @@ TEST(TrapFrames, AnAccessFaultOrAReportInsideAFrameIsCaughtAndTheProcessGoesOn) 
               Outcome::Caught);
     EXPECT_FALSE(after_report);
     EXPECT_EQ(codigo, TRAPABLE_CODIGO_ERROR_INTERNO);
-    EXPECT_EQ(handler.conditions(), (std::vector<std::string>{"(texto) != NULL"}));
+    EXPECT_EQ(handler.conditions(), Conditions{"(texto) != NULL"});
     error_interno("outside", "m", 4, 0);
     EXPECT_EQ(handler.reports().size(), 2u);
-}
-
-TEST(TrapFrames, FramesNestAndAFailureInAFallbackGoesToTheEnclosingFrame) {
+    handler.clear();
     volatile int inner_caught = 0;
     const Outcome outer = guard([&] {
         if (guard([] { read_unreadable(); }) == Outcome::Caught)
@@ -109,10 +108,8 @@ TEST(TrapFrames, FramesNestAndAFailureInAFallbackGoesToTheEnclosingFrame) {
     });
     EXPECT_EQ(outer, Outcome::Caught);
     EXPECT_EQ(inner_caught, 1);
-
     // The fallback of an inner frame no longer catches: its fault reaches the outer frame,
     // which also releases the inner frame that the jump left unclosed.
-    RecordingHandler handler;
     volatile int fallbacks = 0;
     const Outcome outer2 = guard([&] {
         int32_t estado;
@@ -129,6 +126,7 @@ TEST(TrapFrames, FramesNestAndAFailureInAFallbackGoesToTheEnclosingFrame) {
     EXPECT_EQ(outer2, Outcome::Caught);
     EXPECT_EQ(fallbacks, 1);
     EXPECT_EQ(guard([] { read_unreadable(); }), Outcome::Caught); // the chain is sound again
+    EXPECT_EQ(handler.conditions(), Conditions{"first"});
 }
 
 #if defined(_WIN32)

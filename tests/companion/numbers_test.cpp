@@ -40,7 +40,8 @@ std::u16string printf_g(int precision, double valor) {
 }
 } // namespace
 
-TEST(NumberConversion, BoundsConvertWithoutReport) {
+// Bounds convert without report; values beyond them saturate, with a report.
+TEST(NumberConversion, BoundsConvertAndOutOfRangeValuesSaturateWithAReport) {
     EXPECT_EQ(cambtipo_unsigned_long_a_long(2147483647u), 2147483647);
     EXPECT_EQ(cambtipo_long_a_unsigned_long(0), 0u);
     EXPECT_EQ(cambtipo_unsigned_long_a_unsigned_char(255u), 255u);
@@ -48,9 +49,6 @@ TEST(NumberConversion, BoundsConvertWithoutReport) {
     EXPECT_EQ(cambtipo_double_a_long(-2147483648.0), INT32_MIN);
     EXPECT_EQ(cambtipo_double_a_long(2147483647.0), INT32_MAX);
     EXPECT_EQ(cambtipo_double_a_long(-1.9), -1); // truncated toward zero
-}
-
-TEST(NumberConversion, OutOfRangeValuesSaturateWithAReport) {
     const struct {
         std::function<int64_t()> llamada;
         int64_t esperado;
@@ -68,7 +66,7 @@ TEST(NumberConversion, OutOfRangeValuesSaturateWithAReport) {
     for (const auto &row : rows) {
         RecordingHandler handler;
         EXPECT_EQ(row.llamada(), row.esperado) << row.condicion;
-        ASSERT_EQ(handler.conditions(), std::vector<std::string>{row.condicion});
+        ASSERT_EQ(handler.conditions(), Conditions{row.condicion});
         EXPECT_EQ(handler.reports()[0].modulo, "tqbase: cambtipo");
     }
 }
@@ -95,7 +93,8 @@ TEST(NumberConversion, DoubleFitsExactlyTheSigned32BitRangeAndRoundtolClampsSile
     }
 }
 
-TEST(WideNumber, ReadsWhatStrtodReadsInTheCLocale) {
+// What strtod reads in the C locale, and nothing else: only decimal ASCII makes a number.
+TEST(WideNumber, ReadsWhatStrtodReadsInTheCLocaleFromDecimalAsciiOnly) {
     ASSERT_STREQ(std::setlocale(LC_NUMERIC, nullptr), "C");
     // clang-format off
     std::vector<std::string> entradas = {
@@ -123,9 +122,6 @@ TEST(WideNumber, ReadsWhatStrtodReadsInTheCLocale) {
             esperado = 0.0;
         EXPECT_EQ(bits(atof_u(std::u16string(entrada.begin(), entrada.end()))), bits(esperado));
     }
-}
-
-TEST(WideNumber, OnlyDecimalAsciiMakesANumber) {
     // No hexadecimal, infinity or NaN forms; no digit of another script; and no unit that
     // narrowing to its low byte would turn into a digit, sign, point or exponent.
     // clang-format off
@@ -136,12 +132,13 @@ TEST(WideNumber, OnlyDecimalAsciiMakesANumber) {
                 {u"nan(1)", 0.0}, {u"\u0661", 0.0}, {u"\u0131", 0.0}, {u"\u012D5", 0.0},
                 {u"\u00A05", 0.0}, {u"2\u012E5", 2.0}, {u"2\u01655", 2.0}, {u"7.5\uFF11", 7.5}};
     // clang-format on
-    for (size_t i = 0; i < std::size(rows); ++i) {
-        SCOPED_TRACE(i);
-        EXPECT_EQ(bits(atof_u(rows[i].texto)), bits(rows[i].valor));
-    }
+    for (const auto &row : rows)
+        EXPECT_EQ(bits(atof_u(row.texto)), bits(row.valor)) << "row " << &row - rows;
 }
 
+// As printf's %G at every precision, specials included. The fast paths must agree with printf
+// everywhere they answer, ties included (2.5 at one digit, 0.125 at two), over random bit
+// patterns, short decimals of every magnitude, and values a hair from a midpoint of 15 digits.
 TEST(Formatter, DoublesAreWrittenAsPrintfG) {
     // clang-format off
     const double valores[] = {
@@ -157,12 +154,6 @@ TEST(Formatter, DoublesAreWrittenAsPrintfG) {
                       printf_g(precision, valor));
         }
     }
-}
-
-// The fast paths must agree with printf everywhere they answer, ties included (2.5 at one digit,
-// 0.125 at two), over random bit patterns, short decimals of every magnitude, and values a hair
-// from a midpoint of 15 digits.
-TEST(Formatter, GeneralFormatAgreesWithPrintfOverRandomDoubles) {
     uint64_t estado = 88172645463325252u;
     const auto siguiente = [&] { // xorshift64
         estado ^= estado << 13, estado ^= estado >> 7, estado ^= estado << 17;
@@ -192,7 +183,9 @@ TEST(Formatter, GeneralFormatAgreesWithPrintfOverRandomDoubles) {
     }
 }
 
-TEST(Formatter, IntegersAtTheirLimitsTextAndNumbersMix) {
+// Broken calls are reported and format the rest; arguments after an unknown conversion cannot
+// be located, so they are left unread.
+TEST(Formatter, IntegersAtTheirLimitsTextAndNumbersMixAndBrokenCallsFormatTheRest) {
     EXPECT_EQ(take(copiaforu_nousar_formatea(u"%i %i %i", INT32_MIN, INT32_MAX, 0)),
               u"-2147483648 2147483647 0");
     EXPECT_EQ(take(copiaforu_nousar_formatea(u"%ld.0|%ld.0", INT32_MIN, INT32_MAX)),
@@ -208,18 +201,13 @@ TEST(Formatter, IntegersAtTheirLimitsTextAndNumbersMix) {
     EXPECT_EQ(take(copiaforu_nousar_formatea(u"<%s>%i %.*G", largo.c_str(), 12, 800, subnormal)),
               u"<" + largo + u">12 " + printf_g(800, subnormal));
     EXPECT_EQ(take(copiaforu_nousar_formatea(u"")), u"");
-}
-
-TEST(Formatter, BrokenCallsAreReportedAndFormatTheRest) {
     RecordingHandler handler;
     const char16_t *nulo = nullptr;
     EXPECT_EQ(take(copiaforu_nousar_formatea(u"[%s]%i", nulo, 3)), u"[]3");
     EXPECT_EQ(take(copiaforu_nousar_formatea(nullptr)), u"");
-    EXPECT_EQ(handler.conditions(),
-              (std::vector<std::string>{"(cadena) != NULL", "(formato) != NULL"}));
+    EXPECT_EQ(handler.conditions(), (Conditions{"(cadena) != NULL", "(formato) != NULL"}));
     handler.clear();
-    // Arguments after an unknown conversion cannot be located, so they are left unread.
     EXPECT_EQ(take(copiaforu_nousar_formatea(u"a%-08.3fb%ic%%d%", 1.5, 2)), u"abc%d");
-    EXPECT_EQ(handler.conditions(), (std::vector<std::string>{"default", "default"}));
+    EXPECT_EQ(handler.conditions(), (Conditions{"default", "default"}));
     EXPECT_EQ(handler.reports()[0].modulo, "tqbase: copiaforu");
 }

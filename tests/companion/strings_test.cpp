@@ -14,7 +14,9 @@ namespace {
 const char *const kModulo = "caller";
 } // namespace
 
-TEST(ByteStrings, CopyConcatenateAndRepeat) {
+// Equality ignoring case folds ASCII letters only (é and É differ); null arguments are
+// reported, and freeing a null string is no error.
+TEST(ByteStrings, CopyConcatenateRepeatCompareAndReportNulls) {
     char *texto = cad_copia_cadena("");
     cad_concatena(&texto, "ab");
     cad_concatena(&texto, "");
@@ -23,46 +25,38 @@ TEST(ByteStrings, CopyConcatenateAndRepeat) {
     EXPECT_EQ(take(creacadena_con_caracter(8, ' ')), "        ");
     EXPECT_EQ(take(creacadena_con_caracter(0, ' ')), "");
     EXPECT_EQ(take(creacadena(4)), "");
-}
-
-TEST(ByteStrings, EqualityIgnoringCaseFoldsAsciiLettersOnly) {
     const struct {
         const char *a, *b;
         tqbool iguales;
     } rows[] = {{"true", "TRUE", CIERTO}, {"False", "fALSE", CIERTO},     {"", "", CIERTO},
                 {"true", "true ", FALSO}, {"true", "tru", FALSO},         {"@", "`", FALSO},
-                {"[", "{", FALSO},        {"\xC3\xA9", "\xC3\x89", FALSO}}; // é and É differ
+                {"[", "{", FALSO},        {"\xC3\xA9", "\xC3\x89", FALSO}};
     for (const auto &row : rows)
         EXPECT_EQ(cad_cadenas_iguales_may_o_min(row.a, row.b), row.iguales)
             << row.a << " / " << row.b;
-}
-
-TEST(ByteStrings, NullArgumentsAreReported) {
     RecordingHandler handler;
     char *copia = cad_copia_cadena(nullptr);
     cad_concatena(&copia, nullptr);
     EXPECT_EQ(cad_cadenas_iguales_may_o_min(nullptr, "a"), FALSO);
     EXPECT_STREQ(copia, "");
     marlstr_destruye(&copia);
-    marlstr_destruye(&copia); // freeing a null string is no error
-    EXPECT_EQ(
-        handler.conditions(),
-        (std::vector<std::string>{"(cadena) != NULL", "(sufijo) != NULL", "(cadena_1) != NULL"}));
+    marlstr_destruye(&copia);
+    EXPECT_EQ(handler.conditions(),
+              (Conditions{"(cadena) != NULL", "(sufijo) != NULL", "(cadena_1) != NULL"}));
 }
 
-TEST(WideStrings, CopyLengthConcatenateAndReplace) {
+// A surrogate pair counts two units; replacing a text by itself is safe.
+TEST(WideStrings, CopyConcatenateReplaceCompareAndSearch) {
     char16_t *texto = widestr_nousar_copia(u"año", kModulo, 1);
     EXPECT_EQ(widestr_nousar_longitud(texto, kModulo, 1), 3u);
-    widestr_nousar_cad_concatena(&texto, u" 𝄞", kModulo, 1); // a surrogate pair counts two units
+    widestr_nousar_cad_concatena(&texto, u" 𝄞", kModulo, 1);
     EXPECT_EQ(widestr_nousar_longitud(texto, kModulo, 1), 6u);
-    widestr_nousar_sustituye(&texto, texto, kModulo, 1); // replacing by itself is safe
+    widestr_nousar_sustituye(&texto, texto, kModulo, 1);
     EXPECT_EQ(std::u16string(texto), u"año 𝄞");
     widestr_nousar_sustituye(&texto, u"", kModulo, 1);
     EXPECT_EQ(take(texto), u"");
     EXPECT_EQ(take(widestr_nousar_creacadena(10)), u"");
-}
 
-TEST(WideStrings, ComparisonsPrefixesBlanksAndSearch) {
     const char16_t *s = u"data:application/octet-stream;base64";
     EXPECT_EQ(widestr_nousar_cadenas_iguales(u"id", u"id", kModulo, 1), CIERTO);
     EXPECT_EQ(widestr_nousar_cadenas_iguales(u"id", u"Id", kModulo, 1), FALSO);
@@ -116,7 +110,9 @@ TEST(WideStrings, ReportsCarryTheCallersModuleAndLine) {
                                                       {"(cadena) != NULL", "caller module", 77}}));
 }
 
-// Look-alikes are written as escapes: the Ohm and Kelvin signs, long s, Cherokee.
+// Each case pair folds to one representative; look-alikes are written as escapes: the Ohm and
+// Kelvin signs, long s, Cherokee. ASCII folds as the C locale's lower case, and folding is
+// idempotent over the whole BMP.
 TEST(LetterCase, FoldsEachCasePairToOneRepresentative) {
     const struct {
         char16_t unidad, plegada;
@@ -128,13 +124,8 @@ TEST(LetterCase, FoldsEachCasePairToOneRepresentative) {
                 {u'ẞ', u'ß'}, {u'ß', u'ß'},     {u'\u13A0', u'\u13A0'}, {u'\uAB70', u'\u13A0'},
                 {u'İ', u'İ'}, {u'ı', u'ı'},     {u'Ａ', u'ａ'},         {u'中', u'中'},
                 {u'٣', u'٣'}, {0xD800, 0xD800}, {0xFFFF, 0xFFFF}};
-    for (const auto &row : rows) {
-        SCOPED_TRACE(testing::Message() << "U+" << std::hex << int(row.unidad));
-        EXPECT_EQ(int(i_pliega_may_o_min(row.unidad)), int(row.plegada));
-    }
-}
-
-TEST(LetterCase, AsciiFoldsAsTheCLocaleLowerCaseAndFoldingIsIdempotentOverTheWholeBmp) {
+    for (const auto &row : rows)
+        EXPECT_EQ(int(i_pliega_may_o_min(row.unidad)), int(row.plegada)) << int(row.unidad);
     for (int c = 0; c < 0x80; ++c)
         EXPECT_EQ(int(i_pliega_may_o_min(char16_t(c))), std::tolower(c)) << c;
     for (unsigned u = 0; u <= 0xFFFF; ++u) {
@@ -143,34 +134,33 @@ TEST(LetterCase, AsciiFoldsAsTheCLocaleLowerCaseAndFoldingIsIdempotentOverTheWho
     }
 }
 
-TEST(HexDigits, EncodesTheLowByteInUpperCaseHighDigitFirst) {
+// Encoding takes the low byte, in upper case, high digit first; decoding takes either case and
+// refuses other characters, an Arabic-Indic digit too, leaving the output alone; null outputs
+// are reported.
+TEST(HexDigits, EncodeAndDecode) {
     const struct {
         char16_t unidad, alto, bajo;
-    } rows[] = {{0x00, u'0', u'0'},
-                {0x01, u'0', u'1'},
-                {0x1F, u'1', u'F'},
-                {0xAB, u'A', u'B'},
-                {0x12FE, u'F', u'E'}};
-    for (const auto &row : rows) {
+    } encoded[] = {{0x00, u'0', u'0'},
+                   {0x01, u'0', u'1'},
+                   {0x1F, u'1', u'F'},
+                   {0xAB, u'A', u'B'},
+                   {0x12FE, u'F', u'E'}};
+    for (const auto &row : encoded) {
         char16_t alto = 0, bajo = 0;
         const tqbool hecho = marlstrhex_codifica_caracter_u(row.unidad, &alto, &bajo);
         EXPECT_EQ(std::tuple(hecho, alto, bajo), std::tuple(CIERTO, row.alto, row.bajo))
             << int(row.unidad);
     }
-}
-
-// An Arabic-Indic digit is no hexadecimal digit; null outputs are reported.
-TEST(HexDigits, DecodesEitherCaseAndRefusesOtherCharacters) {
     const struct {
         char16_t alto, bajo;
         tqbool resultado;
         char16_t unidad;
-    } rows[] = {{u'4', u'1', CIERTO, 0x41},  {u'e', u'9', CIERTO, 0xE9},
-                {u'F', u'f', CIERTO, 0xFF},  {u'0', u'0', CIERTO, 0x00},
-                {u'G', u'0', FALSO, 0x7777}, {u'0', u'g', FALSO, 0x7777},
-                {u'/', u'0', FALSO, 0x7777}, {u':', u'0', FALSO, 0x7777},
-                {u'@', u'0', FALSO, 0x7777}, {0x0660, u'0', FALSO, 0x7777}};
-    for (const auto &row : rows) {
+    } decoded[] = {{u'4', u'1', CIERTO, 0x41},  {u'e', u'9', CIERTO, 0xE9},
+                   {u'F', u'f', CIERTO, 0xFF},  {u'0', u'0', CIERTO, 0x00},
+                   {u'G', u'0', FALSO, 0x7777}, {u'0', u'g', FALSO, 0x7777},
+                   {u'/', u'0', FALSO, 0x7777}, {u':', u'0', FALSO, 0x7777},
+                   {u'@', u'0', FALSO, 0x7777}, {0x0660, u'0', FALSO, 0x7777}};
+    for (const auto &row : decoded) {
         char16_t unidad = 0x7777;
         EXPECT_EQ(marlstrhex_decodifica_caracter_u(row.alto, row.bajo, &unidad), row.resultado);
         EXPECT_EQ(unidad, row.unidad) << int(row.alto) << "," << int(row.bajo);
@@ -179,6 +169,5 @@ TEST(HexDigits, DecodesEitherCaseAndRefusesOtherCharacters) {
     char16_t d = 0;
     EXPECT_EQ(marlstrhex_codifica_caracter_u(1, nullptr, &d), FALSO);
     EXPECT_EQ(marlstrhex_decodifica_caracter_u(u'4', u'1', nullptr), FALSO);
-    EXPECT_EQ(handler.conditions(),
-              (std::vector<std::string>{"(digito_1) != NULL", "(caracter) != NULL"}));
+    EXPECT_EQ(handler.conditions(), (Conditions{"(digito_1) != NULL", "(caracter) != NULL"}));
 }

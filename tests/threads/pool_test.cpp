@@ -76,10 +76,11 @@ TEST(Pool, BlocksFreedOnAnotherThreadAreReusedByTheThreadThatTookThem) {
     EXPECT_EQ(state().en_uso, en_uso);
 }
 
-// A thread per read: each heap of an ended thread is taken over by the next thread.
-TEST(Pool, TheHeapOfAThreadThatEndsIsTakenOver) {
-    const std::string texto = records_document(1, 500);
-    const size_t arbol = tree_bytes(texto);
+// A thread per read: each heap of an ended thread is taken over by the next thread. A tree kept
+// by a thread that ends is destroyed on another: the parked heap's chunks go back.
+TEST(Pool, TheHeapOfAThreadThatEndsIsTakenOverAndATreeThatOutlivesItIsGivenBack) {
+    const std::string texto = records_document(1, 500), grande = records_document(1, 4000);
+    const size_t arbol = tree_bytes(texto), arbol_grande = tree_bytes(grande);
     SKIP_WITHOUT_POOL(arbol);
     const auto threads = [&](int count) {
         for (int i = 0; i < count; ++i)
@@ -94,17 +95,11 @@ TEST(Pool, TheHeapOfAThreadThatEndsIsTakenOver) {
     threads(100);
     EXPECT_LE(state().retenido, inicio + arbol);
     EXPECT_EQ(state().en_uso, en_uso);
-}
 
-// A tree kept by a thread that ends is destroyed on another: the parked heap's chunks go back.
-TEST(Pool, ATreeThatOutlivesItsThreadIsGivenBackWhereverItIsDestroyed) {
-    const std::string texto = records_document(1, 4000);
-    const size_t arbol = tree_bytes(texto);
-    SKIP_WITHOUT_POOL(arbol);
     const marlspy_estado_bloques_pequenos_t antes = state();
     tqjson2_nodo_t *raiz = nullptr;
-    std::thread([&] { raiz = read(texto); }).join();
-    EXPECT_EQ(state().en_uso, antes.en_uso + arbol);
+    std::thread([&] { raiz = read(grande); }).join();
+    EXPECT_EQ(state().en_uso, antes.en_uso + arbol_grande);
     tqjson2_destruye_nodo(&raiz);
     const marlspy_estado_bloques_pequenos_t despues = state();
     EXPECT_EQ(despues.en_uso, antes.en_uso);
