@@ -175,8 +175,9 @@ TEST(MemberIndex, AnswersAsTheMemberByMemberSearchThroughEveryChange) {
     }
 }
 
-// Ignoring case, the members that share a name answer in turn as each other one leaves.
-TEST(MemberIndex, ExtractionHandsTheAnswerOnWithinANameShared) {
+// Ignoring case, the members that share a name answer in turn as each other one leaves. A null
+// slot is reported by the comparator wherever the search meets it, as it always was.
+TEST(MemberIndex, ExtractionHandsTheAnswerOnWithinANameSharedAndNullSlotsAreReported) {
     RecordingHandler handler;
     Tree o{tqjson2_crea_nodo_objeto()};
     Model model;
@@ -191,6 +192,19 @@ TEST(MemberIndex, ExtractionHandsTheAnswerOnWithinANameShared) {
         model.miembros.emplace_back(member_at(o.raiz, i)->nombre, member_at(o.raiz, i)->valor);
     const std::vector<std::u16string> probes = {u"id", u"ID", u"Id", u"iD", u"ÑU", u"f7"};
     expect_as_model(handler, o.raiz, model, probes);
+    arr_puntero_t *atributos = tqjson2_get_atributos_objeto(o.raiz);
+    void *quinto = arr_GetPunteroConTipo(atributos, 5);
+    arr_SetPunteroConTipo(atributos, 5, nullptr);
+    const auto exacta = tqjson2_existe_atributo_con_nombre_en_objeto;
+    const Answer found{CIERTO, member_at(o.raiz, 9)->valor, {"(atributo) != NULL"}};
+    EXPECT_EQ(ask(handler, exacta, o.raiz, u"f9"), found);
+    EXPECT_EQ(ask(handler, tqjson2_existe_atributo_con_nombre_may_o_min_en_objeto, o.raiz, u"F9"),
+              found);
+    EXPECT_EQ(ask(handler, exacta, o.raiz, u"f2"),
+              (Answer{CIERTO, member_at(o.raiz, 2)->valor, {"(atributo) != NULL"}}));
+    arr_SetPunteroConTipo(atributos, 5, quinto);
+    EXPECT_EQ(ask(handler, exacta, o.raiz, u"f9"),
+              (Answer{CIERTO, member_at(o.raiz, 9)->valor, {}}));
     for (const char16_t *sale : {u"ID", u"f3", u"Id", u"iD", u"ÑU", u"id", u"ñu"}) {
         const auto at = model.exact(sale);
         ASSERT_EQ(at.size(), 1u);
@@ -202,7 +216,6 @@ TEST(MemberIndex, ExtractionHandsTheAnswerOnWithinANameShared) {
         expect_as_model(handler, o.raiz, model, probes);
     }
     // Below the threshold the index goes: a small object holds none.
-    const arr_puntero_t *atributos = tqjson2_get_atributos_objeto(o.raiz);
     for (int i = 10; arr_NumElemsPuntero(atributos) >= i_UMBRAL_INDICE; ++i) {
         EXPECT_NE(arr_AnexoPuntero(atributos), nullptr);
         Tree extraido{nullptr};
@@ -210,26 +223,6 @@ TEST(MemberIndex, ExtractionHandsTheAnswerOnWithinANameShared) {
             o.raiz, label("f" + std::to_string(i)).c_str(), &extraido.raiz);
     }
     EXPECT_EQ(arr_AnexoPuntero(atributos), nullptr);
-}
-
-// A null slot is reported by the comparator wherever the search meets it, as it always was.
-TEST(MemberIndex, AnObjectHoldingANullSlotIsSearchedMemberByMember) {
-    RecordingHandler handler;
-    Tree o{tqjson2_crea_nodo_objeto()};
-    for (int i = 0; i < 40; ++i)
-        tqjson2_graba_long(label("m" + std::to_string(i)).c_str(), i, o.raiz);
-    arr_puntero_t *atributos = tqjson2_get_atributos_objeto(o.raiz);
-    void *quinto = arr_GetPunteroConTipo(atributos, 5);
-    arr_SetPunteroConTipo(atributos, 5, nullptr);
-    const Answer found{CIERTO, member_at(o.raiz, 9)->valor, {"(atributo) != NULL"}};
-    EXPECT_EQ(ask(handler, tqjson2_existe_atributo_con_nombre_en_objeto, o.raiz, u"m9"), found);
-    EXPECT_EQ(ask(handler, tqjson2_existe_atributo_con_nombre_may_o_min_en_objeto, o.raiz, u"M9"),
-              found);
-    EXPECT_EQ(ask(handler, tqjson2_existe_atributo_con_nombre_en_objeto, o.raiz, u"m2"),
-              (Answer{CIERTO, member_at(o.raiz, 2)->valor, {"(atributo) != NULL"}}));
-    arr_SetPunteroConTipo(atributos, 5, quinto);
-    EXPECT_EQ(ask(handler, tqjson2_existe_atributo_con_nombre_en_objeto, o.raiz, u"m9"),
-              (Answer{CIERTO, member_at(o.raiz, 9)->valor, {}}));
 }
 
 #if !defined(TQ_SIN_BLOQUES_PEQUENOS)
