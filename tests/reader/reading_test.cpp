@@ -90,7 +90,7 @@ TEST(Reading, FilesReadAsTheTextOfTheirBytes) {
 
 // Where a failed read stopped: the token at fault, or the end of the input; columns count
 // UTF-16 units.
-TEST(Reading, AFailedFileReadGivesItsLineAndColumn) {
+TEST(Reading, FailedReadsGiveTheirLineAndColumnOrLeaveThePointers) {
     const struct {
         std::string text;
         int32_t linea, columna;
@@ -119,11 +119,9 @@ TEST(Reading, AFailedFileReadGivesItsLineAndColumn) {
         tqjson2_error_destruye(&error);
         EXPECT_EQ(error, nullptr);
     }
-}
 
-// Missing files leave the pointers as they were; a good read nulls the error; a null text is
-// reported and nulls the root.
-TEST(Reading, FailedReadsAndTheirPointers) {
+    // Missing files leave the pointers as they were; a good read nulls the error; a null text is
+    // reported and nulls the root.
     RecordingHandler handler;
     TempFile fichero;
     Tree tree{integer(1)};

@@ -1,6 +1,8 @@
 #include "tree/tree_test_support.h"
 
-TEST(Getters, StringsReadAsStoredOrDecoded) {
+// Strings read as stored or decoded; a wrong kind is reported, never converted.
+TEST(Getters, StringsAsStoredOrDecodedStructureAndScalarsOfTheRightKindOnly) {
+    RecordingHandler handler;
     Tree escapado{escaped(u"a\\b\nc\u00E9€")};
     EXPECT_STREQ(tqjson2_get_valor_cadena_utf8(escapado.raiz), "a\\\\b\\nc\xC3\xA9\xE2\x82\xAC");
     EXPECT_EQ(take(tqjson2_get_valor_cadena_u(escapado.raiz)), u"a\\\\b\\nc\u00E9€");
@@ -8,11 +10,7 @@ TEST(Getters, StringsReadAsStoredOrDecoded) {
     EXPECT_EQ(take(tqjson2_get_valor_cadena_decodificada_ANSI(escapado.raiz)), "a\\b\nc\xE9\x80");
     Tree plano{plain("x\\ny")}; // plain text: its backslash is a backslash
     EXPECT_EQ(text_of(plano.raiz), u"x\\ny");
-}
 
-// A wrong kind is reported, never converted.
-TEST(Getters, StructureAndScalarsOfTheRightKindOnly) {
-    RecordingHandler handler;
     Tree o{obj({{u"n", integer(-9)}, {u"d", dbl(2.5)}})}, a{arr({})}, nulo{null_node()},
         d{dbl(1.0)};
     arr_puntero_t *atributos = tqjson2_get_atributos_objeto(o.raiz);

@@ -1,6 +1,10 @@
 #include "tree/tree_test_support.h"
 
-TEST(ValueSetters, AScalarNodeChangesKindAndLooksNewlyCreated) {
+// A scalar node changes kind and looks newly created. Null, object and array nodes keep their
+// kind; the given text or nodes are taken over and destroyed all the same. The old elements
+// include a chain too deep for recursive destruction.
+TEST(ValueSetters, ScalarsChangeKindAndTheElementsAreReplacedOtherKindsRefused) {
+    RecordingHandler handler;
     char16_t *texto = wide(u"línea\nnueva\\");
     Tree nodo{tqjson2_crea_nodo_texto_unicode_a_utf8(&texto)};
     tqjson2_set_nodo_entero(nodo.raiz, 5); // frees the text
@@ -16,15 +20,10 @@ TEST(ValueSetters, AScalarNodeChangesKindAndLooksNewlyCreated) {
     EXPECT_EQ(fields(nodo.raiz), Fields(2, false, false, kFill, kFillBits, FALSO, FALSO));
     EXPECT_STREQ(nodo.raiz->cadena_utf8, "l\xC3\xADnea\\nnueva\\\\");
     EXPECT_EQ(text_of(nodo.raiz), u"línea\nnueva\\");
-}
 
-// Null, object and array nodes keep their kind; the given text or nodes are taken over and
-// destroyed all the same. The old elements include a chain too deep for recursive destruction.
-TEST(ValueSetters, ReplacingTheElementsDestroysTheOldOnesAndOtherKindsAreRefused) {
-    RecordingHandler handler;
     Tree nulo{null_node()};
     tqjson2_set_nodo_booleano(nulo.raiz, CIERTO);
-    char16_t *texto = wide(u"t");
+    texto = wide(u"t");
     tqjson2_set_nodo_texto_unicode_a_utf8(nulo.raiz, &texto);
     EXPECT_EQ(texto, nullptr);
     tqjson2_set_nodo_entero(nullptr, 1);

@@ -1,7 +1,7 @@
 #include "tree/tree_test_support.h"
 
 // Numbers are handed out before the kind is tested; texts are new undecoded copies, or null.
-TEST(ValueTests, NumbersAndStringsAreHandedOutAsTheTestsSay) {
+TEST(ValueTests, NumbersStringsAndBooleansAreHandedOutAsTheTestsSay) {
     RecordingHandler handler;
     Tree d{dbl(0.5)}, e{integer(-2)}, s{escaped(u"é\t")};
     int32_t entero = 0;
@@ -28,9 +28,8 @@ TEST(ValueTests, NumbersAndStringsAreHandedOutAsTheTestsSay) {
     EXPECT_EQ(take(ansi), "\xE9\\t");
     EXPECT_EQ(tqjson2_es_valor_cadena_unicode(e.raiz, &ancho), FALSO);
     EXPECT_EQ(ancho, nullptr);
-}
 
-TEST(ValueTests, BooleansComeFromBooleanNodesAndFromTrueOrFalseTexts) {
+    // Booleans come from boolean nodes and from true or false texts.
     const struct {
         Tree nodo;
         tqbool resultado, valor; // valor 7: left untouched

@@ -116,8 +116,8 @@ TEST(Generation, FilesHoldTheSameBytesAsTextsAndReplaceOldContent) {
 }
 
 // Roots that are no container, and files that cannot be opened, are reported against the
-// writer and write nothing.
-TEST(Generation, RefusedRootsAndFilesAreReportedAndWriteNothing) {
+// writer and write nothing; broken trees and destinations are reported too.
+TEST(Generation, RefusedRootsFilesBrokenTreesAndDestinationsAreReported) {
     const std::string kind =
         "nodo_raiz->tipo == TQJSON_TIPO_OBJETO || nodo_raiz->tipo == TQJSON_TIPO_ARRAY";
     tqjson2_nodo_t *const roots[] = {nullptr,  integer(1),      plain("s"),
@@ -139,6 +139,46 @@ TEST(Generation, RefusedRootsAndFilesAreReportedAndWriteNothing) {
     EXPECT_EQ(handler.conditions(), (Conditions{"(abierto) != NULL", "(nombre) != NULL"}));
     for (const Report &report : handler.reports())
         EXPECT_EQ(report.modulo, "tqjson2: tqjson2");
+
+    // Trees broken through the arrays the getters hand out, or holding an ancestor through a
+    // borrowed value (the same one twice is no cycle): each fault reported, the walk goes on.
+    handler.clear();
+    Tree with_null_element{arr({integer(1)})};
+    arr_AppendPunteroConTipo(tqjson2_get_valores_array(with_null_element.raiz), nullptr);
+    tqjson2_append_long_a_array(with_null_element.raiz, 2);
+    EXPECT_EQ(minified(with_null_element.raiz), "[1,2]");
+    Tree with_null_member{obj({{u"a", integer(1)}})};
+    arr_AppendPunteroConTipo(tqjson2_get_atributos_objeto(with_null_member.raiz), nullptr);
+    EXPECT_EQ(minified(with_null_member.raiz), "{\"a\" : 1,}");
+    tqjson2_nodo_t *unknown = integer(7);
+    Tree with_unknown_kind{arr({integer(1), unknown})};
+    unknown->tipo = 9;
+    EXPECT_EQ(minified(with_unknown_kind.raiz), "[1,]");
+    unknown->tipo = TQJSON_TIPO_ENTERO;
+    tqjson2_nodo_t *inner = obj({});
+    Tree cycle{obj({{u"c", inner}})};
+    tqjson2_append_puntero_nodo_const_a_objeto(inner, u"up", cycle.raiz);
+    tqjson2_append_puntero_nodo_const_a_objeto(cycle.raiz, u"self", cycle.raiz);
+    EXPECT_EQ(minified(cycle.raiz), "{\"c\" : {},}");
+    Tree shared{arr({integer(1)})}, twice{obj({})};
+    tqjson2_append_puntero_nodo_const_a_objeto(twice.raiz, u"x", shared.raiz);
+    tqjson2_append_puntero_nodo_const_a_objeto(twice.raiz, u"y", shared.raiz);
+    EXPECT_EQ(minified(twice.raiz), "{\"x\" : [1],\"y\" : [1]}");
+    i_destino_gltf_t destino = i_crea_destino(7, nullptr, &i_conf_escritura_defecto);
+    i_abre_linea(&destino, 2, CIERTO);
+    i_anade_bytes(&destino.texto, "1", 1);
+    i_emite_linea(&destino, CIERTO, CIERTO);
+    EXPECT_EQ(destino.texto.longitud, 0u);
+    i_libera_destino(&destino);
+    Tree a{obj({{u"a", integer(1)}})};
+    i_escribe_nodo(a.raiz, u"", 0, FALSO, CIERTO, nullptr);
+    destino = i_crea_destino(i_DESTINO_LINEAS, nullptr, nullptr);
+    i_escribe_nodo(a.raiz, u"", 0, FALSO, CIERTO, &destino);
+    EXPECT_EQ(take(i_entrega_texto(&destino)), "{\n    \"a\" : 1\n}\n");
+    EXPECT_EQ(handler.conditions(),
+              (Conditions{"(nodo) != NULL", "(atributo) != NULL", "default", "no_es_ancestro",
+                          "no_es_ancestro", "default", "(destino_gltf) != NULL",
+                          "(destino_gltf->conf) != NULL"}));
 }
 
 #if !defined(_WIN32)
@@ -176,50 +216,6 @@ TEST(Generation, ASaveBeyondTheFileSizeLimitKeepsTheOldFileAndIsReported) {
     EXPECT_EQ(folder.names(), std::vector<std::string>{"settings.json"});
 }
 #endif
-
-// Trees that callers broke through the arrays the getters hand out, or that hold one of their
-// own ancestors through a borrowed value: each fault is reported and the walk goes on. The same
-// borrowed value twice is no cycle. Lines with nowhere to go and missing records are reported.
-TEST(Generation, BrokenTreesAndDestinationsAreReportedAndTheWalkGoesOn) {
-    RecordingHandler handler;
-    Tree with_null_element{arr({integer(1)})};
-    arr_AppendPunteroConTipo(tqjson2_get_valores_array(with_null_element.raiz), nullptr);
-    tqjson2_append_long_a_array(with_null_element.raiz, 2);
-    EXPECT_EQ(minified(with_null_element.raiz), "[1,2]");
-    Tree with_null_member{obj({{u"a", integer(1)}})};
-    arr_AppendPunteroConTipo(tqjson2_get_atributos_objeto(with_null_member.raiz), nullptr);
-    EXPECT_EQ(minified(with_null_member.raiz), "{\"a\" : 1,}");
-    tqjson2_nodo_t *unknown = integer(7);
-    Tree with_unknown_kind{arr({integer(1), unknown})};
-    unknown->tipo = 9;
-    EXPECT_EQ(minified(with_unknown_kind.raiz), "[1,]");
-    unknown->tipo = TQJSON_TIPO_ENTERO;
-    tqjson2_nodo_t *inner = obj({});
-    Tree cycle{obj({{u"c", inner}})};
-    tqjson2_append_puntero_nodo_const_a_objeto(inner, u"up", cycle.raiz);
-    tqjson2_append_puntero_nodo_const_a_objeto(cycle.raiz, u"self", cycle.raiz);
-    EXPECT_EQ(minified(cycle.raiz), "{\"c\" : {},}");
-    Tree shared{arr({integer(1)})}, twice{obj({})};
-    tqjson2_append_puntero_nodo_const_a_objeto(twice.raiz, u"x", shared.raiz);
-    tqjson2_append_puntero_nodo_const_a_objeto(twice.raiz, u"y", shared.raiz);
-    EXPECT_EQ(minified(twice.raiz), "{\"x\" : [1],\"y\" : [1]}");
-
-    i_destino_gltf_t destino = i_crea_destino(7, nullptr, &i_conf_escritura_defecto);
-    i_abre_linea(&destino, 2, CIERTO);
-    i_anade_bytes(&destino.texto, "1", 1);
-    i_emite_linea(&destino, CIERTO, CIERTO);
-    EXPECT_EQ(destino.texto.longitud, 0u);
-    i_libera_destino(&destino);
-    Tree a{obj({{u"a", integer(1)}})};
-    i_escribe_nodo(a.raiz, u"", 0, FALSO, CIERTO, nullptr);
-    destino = i_crea_destino(i_DESTINO_LINEAS, nullptr, nullptr);
-    i_escribe_nodo(a.raiz, u"", 0, FALSO, CIERTO, &destino);
-    EXPECT_EQ(take(i_entrega_texto(&destino)), "{\n    \"a\" : 1\n}\n");
-    EXPECT_EQ(handler.conditions(),
-              (Conditions{"(nodo) != NULL", "(atributo) != NULL", "default", "no_es_ancestro",
-                          "no_es_ancestro", "default", "(destino_gltf) != NULL",
-                          "(destino_gltf->conf) != NULL"}));
-}
 
 // Deep chains are written without recursion: a million levels, objects and arrays in turn, in
 // the minified layout (indented, its indentation alone would take about 4 TB), and 3,000 levels
