@@ -17,6 +17,9 @@ bool same_ignoring_case(const std::u16string &a, const std::u16string &b) {
                                               [&](auto x, auto y) { return fold(x) == fold(y); });
 }
 
+const auto exacta = tqjson2_existe_atributo_con_nombre_en_objeto;
+const auto may_o_min = tqjson2_existe_atributo_con_nombre_may_o_min_en_objeto;
+
 // A lookup's result, the value it wrote (kUntouched: none) and its reports.
 using Answer = std::tuple<tqbool, tqjson2_nodo_t *, Conditions>;
 
@@ -71,11 +74,8 @@ void expect_as_model(RecordingHandler &handler, tqjson2_nodo_t *objeto, const Mo
         ASSERT_EQ(member_at(objeto, i)->nombre, model.miembros[i].first);
     for (const std::u16string &probe : probes) {
         SCOPED_TRACE(std::string(probe.begin(), probe.end()));
-        ASSERT_EQ(ask(handler, tqjson2_existe_atributo_con_nombre_en_objeto, objeto, probe),
-                  model.exact_answer(probe));
-        ASSERT_EQ(
-            ask(handler, tqjson2_existe_atributo_con_nombre_may_o_min_en_objeto, objeto, probe),
-            model.any_case_answer(probe));
+        ASSERT_EQ(ask(handler, exacta, objeto, probe), model.exact_answer(probe));
+        ASSERT_EQ(ask(handler, may_o_min, objeto, probe), model.any_case_answer(probe));
     }
 }
 
@@ -195,11 +195,9 @@ TEST(MemberIndex, ExtractionHandsTheAnswerOnWithinANameSharedAndNullSlotsAreRepo
     arr_puntero_t *atributos = tqjson2_get_atributos_objeto(o.raiz);
     void *quinto = arr_GetPunteroConTipo(atributos, 5);
     arr_SetPunteroConTipo(atributos, 5, nullptr);
-    const auto exacta = tqjson2_existe_atributo_con_nombre_en_objeto;
     const Answer found{CIERTO, member_at(o.raiz, 9)->valor, {"(atributo) != NULL"}};
     EXPECT_EQ(ask(handler, exacta, o.raiz, u"f9"), found);
-    EXPECT_EQ(ask(handler, tqjson2_existe_atributo_con_nombre_may_o_min_en_objeto, o.raiz, u"F9"),
-              found);
+    EXPECT_EQ(ask(handler, may_o_min, o.raiz, u"F9"), found);
     EXPECT_EQ(ask(handler, exacta, o.raiz, u"f2"),
               (Answer{CIERTO, member_at(o.raiz, 2)->valor, {"(atributo) != NULL"}}));
     arr_SetPunteroConTipo(atributos, 5, quinto);
@@ -244,7 +242,7 @@ TEST(MemberIndex, IndexesAndReadTreesTakeTheirBoundedShareOfThePool) {
         for (uint32_t i = 0; i < n; ++i) {
             tqjson2_graba_long(label("campo" + std::to_string(i)).c_str(), 1, o.raiz);
             if (i + 1 == i_UMBRAL_INDICE) // both tables from here on
-                tqjson2_existe_atributo_con_nombre_may_o_min_en_objeto(o.raiz, u"x", nullptr);
+                may_o_min(o.raiz, u"x", nullptr);
         }
         arr_puntero_t *atributos = tqjson2_get_atributos_objeto(o.raiz);
         ASSERT_NE(arr_AnexoPuntero(atributos), nullptr);
@@ -259,7 +257,7 @@ TEST(MemberIndex, IndexesAndReadTreesTakeTheirBoundedShareOfThePool) {
         Tree o{tqjson2_crea_nodo_objeto()};
         for (uint32_t i = 0; i < 2 * i_UMBRAL_INDICE; ++i)
             tqjson2_graba_long(label("campo" + std::to_string(i)).c_str(), 1, o.raiz);
-        tqjson2_existe_atributo_con_nombre_may_o_min_en_objeto(o.raiz, u"x", nullptr);
+        may_o_min(o.raiz, u"x", nullptr);
         ASSERT_NE(arr_AnexoPuntero(tqjson2_get_atributos_objeto(o.raiz)), nullptr);
     }
     EXPECT_EQ(in_use(), antes);
@@ -280,12 +278,11 @@ TEST(MemberIndex, IndexesAndReadTreesTakeTheirBoundedShareOfThePool) {
     ASSERT_EQ(tqjson2_se_lee_texto_utf8(records_document(3).c_str(), &tree.raiz), CIERTO);
     const size_t leido = in_use();
     tqjson2_nodo_t *items = nullptr;
-    ASSERT_EQ(tqjson2_existe_atributo_con_nombre_en_objeto(tree.raiz, u"items", &items), CIERTO);
+    ASSERT_EQ(exacta(tree.raiz, u"items", &items), CIERTO);
     for (uint32_t i = 0; i < arr_NumElemsPuntero(tqjson2_get_valores_array(items)); ++i) {
         tqjson2_nodo_t *item = element_at(items, i);
-        EXPECT_EQ(tqjson2_existe_atributo_con_nombre_may_o_min_en_objeto(item, u"NAME", nullptr),
-                  CIERTO);
-        EXPECT_EQ(tqjson2_existe_atributo_con_nombre_en_objeto(item, u"id", nullptr), CIERTO);
+        EXPECT_EQ(may_o_min(item, u"NAME", nullptr), CIERTO);
+        EXPECT_EQ(exacta(item, u"id", nullptr), CIERTO);
     }
     EXPECT_EQ(in_use(), leido);
 }
