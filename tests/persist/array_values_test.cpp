@@ -48,7 +48,7 @@ TEST(ArrayValues, ArraysSavedWrittenAndReadBackLoadEqual) {
 }
 
 // The _en_array forms fill and read an array node the caller has, behind what it holds.
-TEST(ArrayValues, InArrayFormsAppendToAndReadTheCallersNode) {
+TEST(ArrayValues, InArrayFormsUseTheCallersNodeAndReportWrongKindsElementByElement) {
     Tree a{arr({integer(1), dbl(2.5), integer(-3)})};
     EXPECT_EQ(doubles(tqjson2_lee_arr_double_en_array(a.raiz)), (Doubles{1, 2.5, -3}));
     Tree b{arr({boolean(CIERTO), plain("FALSE"), plain("tRuE")})};
@@ -63,11 +63,9 @@ TEST(ArrayValues, InArrayFormsAppendToAndReadTheCallersNode) {
     tqjson2_graba_arr_cadenas_en_array(c, s.raiz);
     arr_DestruyeCADENA(&c);
     EXPECT_EQ(ansi(tqjson2_lee_arr_cadenas_en_array(s.raiz)), (Texts{"x\"y", "\xE9"}));
-}
 
-// An element of the wrong kind is reported and the loop goes on; a member or node that is no
-// array is reported by the element getter and gives an empty array.
-TEST(ArrayValues, WrongKindsAreReportedElementByElement) {
+    // An element of the wrong kind is reported and the loop goes on; a member or node that is
+    // no array is reported by the element getter and gives an empty array.
     struct Row {
         std::function<size_t(const tqjson2_nodo_t *)> lee;
         Conditions reportes;

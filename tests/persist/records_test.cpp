@@ -5,8 +5,8 @@
 
 namespace {
 
-// An application's records: an order with a customer, an optional delivery note, a list of
-// lines, arrays and settings.
+// An application's records: an order with a customer, an optional gift line and a list of
+// lines. Its scalars and typed arrays are the other suites'.
 struct Line {
     std::u16string product;
     uint32_t quantity = 0;
@@ -21,30 +21,15 @@ struct Customer {
     bool operator==(const Customer &) const = default;
 };
 struct Order {
-    int64_t created = 0;
-    uint8_t version = 0;
     Customer customer;
-    std::optional<std::u16string> note; // optional record, its one field
+    std::optional<Line> gift;
     std::vector<Line> lines;
-    std::vector<uint32_t> codes;
-    std::vector<std::u16string> tags;
-    bool urgent = false, express = false;
-    int32_t priority = 0;
     bool operator==(const Order &) const = default;
 };
 
 // A record a load callback made, freed.
 template <class T> T taken(void *record) {
     return *std::unique_ptr<T>(static_cast<T *>(record));
-}
-// The records a load callback made for an array, each freed, and the array.
-template <class T> std::vector<T> taken_all(arr_puntero_t *records) {
-    std::vector<T> out;
-    for (uint32_t i = 0; i < arr_NumElemsPuntero(records); ++i)
-        out.push_back(taken<T>(arr_GetPunteroConTipo(records, i)));
-    arr_DestruyeEstructurasConTipo(&records, nullptr);
-    EXPECT_EQ(records, nullptr);
-    return out;
 }
 
 // The callbacks; every call on a line is counted, with the order it came in.
@@ -77,101 +62,73 @@ void *load_customer(const tqjson2_nodo_t *nodo) {
                         tqjson2_lee_long(u"id", 0, nodo),
                         taken<Line>(tqjson2_nousar_lee_ST(u"favourite", load_line, nodo))};
 }
-void save_note(void *item, tqjson2_nodo_t *nodo) {
-    tqjson2_graba_cadena_unicode(u"text", static_cast<std::u16string *>(item)->c_str(), nodo);
-}
-void *load_note(const tqjson2_nodo_t *nodo) {
-    return new std::u16string(take(tqjson2_lee_cadena_unicode(u"text", u"", nodo)));
+
+// The records a load callback made for an array, each freed, and the array.
+std::vector<Line> lines_of(arr_puntero_t *records) {
+    std::vector<Line> out;
+    for (uint32_t i = 0; i < arr_NumElemsPuntero(records); ++i)
+        out.push_back(taken<Line>(arr_GetPunteroConTipo(records, i)));
+    arr_DestruyeEstructurasConTipo(&records, nullptr);
+    EXPECT_EQ(records, nullptr);
+    return out;
 }
 
 tqjson2_nodo_t *save_order(Order &o) {
     tqjson2_nodo_t *raiz = tqjson2_crea_nodo_objeto();
-    tqjson2_append_time64_t_a_objeto(raiz, u"created", o.created);
-    tqjson2_graba_version(u"version", o.version, raiz);
     tqjson2_nousar_graba_ST(u"customer", &o.customer, save_customer, raiz);
-    tqjson2_nousar_graba_ST_opcional(u"note", o.note ? &*o.note : nullptr, save_note, raiz);
+    tqjson2_nousar_graba_ST_opcional(u"gift", o.gift ? &*o.gift : nullptr, save_line, raiz);
     arr_puntero_t *lines = arr_CreaPunteroConTipo(0);
     for (Line &l : o.lines)
         arr_AppendPunteroConTipo(lines, &l);
     tqjson2_nousar_graba_arr_punterosST(u"lines", lines, save_line, raiz);
     arr_DestruyeEstructurasConTipo(&lines, nullptr);
-    arr_ulong_t *codes = ulong_array(o.codes);
-    tqjson2_graba_arr_ulong(u"codes", codes, raiz);
-    arr_DestruyeULong(&codes);
-    arr_cadena_u_t *tags = wide_array(o.tags);
-    tqjson2_graba_arr_cadenas_unicode(u"tags", tags, raiz);
-    arr_DestruyeCADENA_u(&tags);
-    tqjsonlsn_set_valor_booleano(raiz, u"urgent", o.urgent ? CIERTO : FALSO);
-    tqjsonlsn_set_valor_booleano(raiz, u"express", o.express ? CIERTO : FALSO);
-    tqjsonlsn_set_valor_long(raiz, u"priority", o.priority);
     return raiz;
 }
 
 Order load_order(const tqjson2_nodo_t *raiz) {
-    Order o;
-    o.created = tqjson2_lee_time64_t(u"created", 0, raiz);
-    o.version = tqjson2_lee_version_opcional(u"version", 0, raiz);
-    o.customer = taken<Customer>(tqjson2_nousar_lee_ST(u"customer", load_customer, raiz));
-    if (void *note = tqjson2_nousar_lee_ST_opcional(u"note", load_note, raiz))
-        o.note = taken<std::u16string>(note);
-    o.lines = taken_all<Line>(tqjson2_nousar_lee_arr_punterosST(u"lines", load_line, raiz));
-    o.codes = ulongs(tqjson2_lee_arr_ulong(u"codes", raiz));
-    o.tags = wide(tqjson2_lee_arr_cadenas_unicode(u"tags", raiz));
-    o.urgent = tqjsonlsn_leer_valor_booleano_con_valor_defecto(raiz, u"urgent", FALSO) == CIERTO;
-    o.express = tqjsonlsn_leer_valor_booleano_con_valor_defecto(raiz, u"express", CIERTO) == CIERTO;
-    o.priority = tqjsonlsn_leer_valor_long_con_valor_defecto(raiz, u"priority", -1);
+    Order o{taken<Customer>(tqjson2_nousar_lee_ST(u"customer", load_customer, raiz)), {}, {}};
+    if (void *gift = tqjson2_nousar_lee_ST_opcional(u"gift", load_line, raiz))
+        o.gift = taken<Line>(gift);
+    o.lines = lines_of(tqjson2_nousar_lee_arr_punterosST(u"lines", load_line, raiz));
     return o;
-}
-
-Order sample(bool with_note) {
-    const std::u16string note = u"leave at the door\\back";
-    return {.created = 1764000000,
-            .version = 3,
-            .customer = {u"Zo\u00eb \"Q\" O'Brien", "M\xFCnchen", 4711, {u"tea\tpot", 1, 19.99}},
-            .note = with_note ? std::optional(note) : std::nullopt,
-            .lines = {{u"cup", 2, 4.5}, {u"saucer \U0001F375", 3, 2.25}, {u"spoon", 12, 0.8}},
-            .codes = {7, 0, 2147483647},
-            .tags = {u"gift", u"", u"fr\u00e4gile"},
-            .urgent = true,
-            .priority = -2};
 }
 } // namespace
 
 // The record saved, written to a file, read back and loaded: every field equal; the callbacks
 // run once a record, in index order.
 TEST(Records, AnApplicationRecordGoesThroughAFileAndBack) {
-    for (bool with_note : {true, false}) {
-        SCOPED_TRACE(with_note);
-        Order o = sample(with_note);
+    for (bool with_gift : {true, false}) {
+        SCOPED_TRACE(with_gift);
+        Order o{{u"Zo\u00eb \"Q\" O'Brien", "M\xFCnchen", 4711, {u"tea\tpot", 1, 19.99}},
+                with_gift ? std::optional(Line{u"bow\\tie", 5, 0.5}) : std::nullopt,
+                {{u"cup", 2, 4.5}, {u"saucer \U0001F375", 3, 2.25}, {u"spoon", 12, 0.8}}};
         g_calls.clear();
         Tree saved{save_order(o)};
         Tree read = through_file(saved.raiz);
         EXPECT_EQ(load_order(read.raiz), o);
-        EXPECT_EQ(g_calls, (Conditions{"save 1", "save 2", "save 3", "save 12", "load 1", "load 2",
-                                       "load 3", "load 12"}));
-        EXPECT_EQ(tqjson2_existe_atributo_con_nombre_en_objeto(read.raiz, u"note", nullptr),
-                  with_note ? CIERTO : FALSO);
+        Conditions calls{"save 1", "save 5", "save 2", "save 3", "save 12",
+                         "load 1", "load 5", "load 2", "load 3", "load 12"};
+        if (!with_gift)
+            std::erase_if(calls, [](const std::string &c) { return c.ends_with(" 5"); });
+        EXPECT_EQ(g_calls, calls);
+        EXPECT_EQ(tqjson2_existe_atributo_con_nombre_en_objeto(read.raiz, u"gift", nullptr),
+                  with_gift ? CIERTO : FALSO);
     }
 }
 
-// The same record as JSON text in a save stream, behind other values, and back.
-TEST(Records, AnApplicationRecordGoesThroughASaveStreamAndBack) {
-    Order o = sample(true);
-    Tree saved{save_order(o)};
-    const std::string texto = minified(saved.raiz);
+// JSON texts in a save stream, behind other values, and back.
+TEST(Records, JsonTextsGoThroughASaveStream) {
+    const char texto[] = "{\"a\" : [1,\"\xC3\xA9\\n\"]}";
     marlsave_t *stream = marlsave_crea_en_memoria();
     tqjson2_graba_str_json_marlsave_opcional(nullptr, stream);
-    tqjson2_graba_str_json_marlsave_opcional(texto.c_str(), stream);
-    tqjson2_graba_str_json_marlsave(texto.c_str(), stream);
+    tqjson2_graba_str_json_marlsave_opcional(texto, stream);
+    tqjson2_graba_str_json_marlsave(texto, stream);
     marlsave_rebobina(stream);
     EXPECT_EQ(tqjson2_lee_str_json_marlsave_opcional(stream), nullptr);
     char *opcional = tqjson2_lee_str_json_marlsave_opcional(stream);
     ASSERT_NE(opcional, nullptr);
     EXPECT_EQ(take(opcional), texto);
-    Tree read{nullptr};
-    const std::string leido = take(tqjson2_lee_str_json_marlsave(stream));
-    ASSERT_EQ(tqjson2_se_lee_texto_utf8(leido.c_str(), &read.raiz), CIERTO);
-    EXPECT_EQ(load_order(read.raiz), o);
+    EXPECT_EQ(take(tqjson2_lee_str_json_marlsave(stream)), texto);
     marlsave_destruye(&stream);
     EXPECT_EQ(stream, nullptr);
 }
@@ -189,8 +146,8 @@ TEST(Records, MissingAbsentAndMisshapenRecords) {
     EXPECT_EQ(tqjson2_nousar_lee_ST_opcional(u"nada", nullptr, o.raiz), nullptr);
     EXPECT_EQ(tqjson2_nousar_lee_ST_opcional(u"arr", load_line, o.raiz), nullptr);
     EXPECT_EQ(tqjson2_nousar_lee_ST_opcional(u"obj", load_line, nullptr), nullptr);
-    EXPECT_TRUE(taken_all<Line>(lee_arr(u"nada", nullptr, o.raiz)).empty());
-    EXPECT_TRUE(taken_all<Line>(lee_arr(u"vacia", load_line, o.raiz)).empty());
+    EXPECT_TRUE(lines_of(lee_arr(u"nada", nullptr, o.raiz)).empty());
+    EXPECT_TRUE(lines_of(lee_arr(u"vacia", load_line, o.raiz)).empty());
     EXPECT_TRUE(g_calls.empty());
     EXPECT_TRUE(handler.reports().empty());
 
@@ -202,7 +159,7 @@ TEST(Records, MissingAbsentAndMisshapenRecords) {
     EXPECT_EQ(tqjson2_nousar_lee_ST(u"nada", load_line, o.raiz), nullptr);
     EXPECT_EQ(tqjson2_nousar_lee_ST(u"obj", nullptr, o.raiz), nullptr);
     EXPECT_EQ(tqjson2_nousar_lee_ST_opcional(u"obj", nullptr, o.raiz), nullptr);
-    EXPECT_TRUE(taken_all<Line>(lee_arr(u"obj", nullptr, o.raiz)).empty());
+    EXPECT_TRUE(lines_of(lee_arr(u"obj", nullptr, o.raiz)).empty());
     tqjson2_nousar_graba_ST(u"sin", nullptr, nullptr, o.raiz);
     tqjson2_nousar_graba_arr_punterosST(u"sin_arr", vacia, nullptr, o.raiz);
     EXPECT_EQ(

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-
 #include <random>
 
 #include "reader/reader_test_support.h"
@@ -37,67 +36,45 @@ void expect_layouts_read_back(const tqjson2_nodo_t *raiz) {
     }
 }
 
-// A document of every kind to depth 4, with texts that need escapes and names that hold no
+// Up to five units of `alphabet`; a surrogate pair is taken whole, from its first unit.
+std::u16string random_text(std::mt19937 &random, const std::u16string &alphabet) {
+    std::u16string s;
+    for (int i = random() % 6; i > 0; --i) {
+        const size_t at = random() % alphabet.size();
+        if (alphabet[at] != 0xDE00)
+            s += alphabet.substr(at, alphabet[at] == 0xD83D ? 2 : 1);
+    }
+    return s;
+}
+
+// A value of every kind to depth 4, with texts that need escapes and names that hold no
 // quotation mark, backslash or line feed and are never blank (names are written as stored, and
 // a blank one not at all).
-class RandomDocument {
-  public:
-    explicit RandomDocument(uint32_t seed) : random_(seed) {}
-    tqjson2_nodo_t *value(int depth) {
-        const int kind = depth < 4 ? pick(8) : 2 + pick(6);
-        if (kind >= 2)
-            return kind < 4    ? escaped(text(kValueUnits).c_str())
-                   : kind == 4 ? integer(static_cast<int32_t>(random_()))
-                   : kind == 5 ? dbl(kDoubles[pick(std::size(kDoubles))])
-                   : kind == 6 ? boolean(static_cast<tqbool>(pick(3)))
-                               : null_node();
-        tqjson2_nodo_t *nodo = kind ? arr({}) : obj({});
-        for (int i = pick(4); i > 0; --i) {
-            tqjson2_nodo_t *hijo = value(depth + 1);
-            if (kind)
-                tqjson2_append_elemento_a_array(nodo, &hijo);
-            else
-                tqjson2_append_nodo_a_objeto(nodo, (u"k" + text(kNameUnits)).c_str(), &hijo);
-        }
-        return nodo;
-    }
-
-  private:
-    static constexpr const char16_t *kNameUnits = u"a\u00e9\u65e5\t/ \xD83D\xDE00";
-    static constexpr const char16_t *kValueUnits = u"a\u00e9\"\\\n\t/\x01\xD83D\xDE00";
+tqjson2_nodo_t *random_value(std::mt19937 &random, int depth) {
     static constexpr double kDoubles[] = {0.1, -2.5, 1e20, 3.0, 1.5e-7, 123456.789, -0.0};
-    int pick(int n) { return static_cast<int>(random_() % static_cast<uint32_t>(n)); }
-    std::u16string text(const char16_t *units) {
-        std::u16string s;
-        const std::u16string alphabet(units);
-        for (int i = pick(6); i > 0; --i) {
-            const size_t at = static_cast<size_t>(pick(static_cast<int>(alphabet.size())));
-            if (alphabet[at] == 0xDE00) // pairs are taken whole, from their first unit
-                continue;
-            s += alphabet[at];
-            if (alphabet[at] == 0xD83D)
-                s += alphabet[at + 1];
-        }
-        return s;
+    const int kind = depth < 4 ? random() % 8 : 2 + random() % 6;
+    if (kind >= 2)
+        return kind < 4 ? escaped(random_text(random, u"a\u00e9\"\\\n\t/\x01\xD83D\xDE00").c_str())
+               : kind == 4 ? integer(static_cast<int32_t>(random()))
+               : kind == 5 ? dbl(kDoubles[random() % std::size(kDoubles)])
+               : kind == 6 ? boolean(static_cast<tqbool>(random() % 3))
+                           : null_node();
+    tqjson2_nodo_t *nodo = kind ? arr({}) : obj({});
+    for (int i = random() % 4; i > 0; --i) {
+        tqjson2_nodo_t *hijo = random_value(random, depth + 1);
+        if (kind)
+            tqjson2_append_elemento_a_array(nodo, &hijo);
+        else
+            tqjson2_append_nodo_a_objeto(
+                nodo, (u"k" + random_text(random, u"a\u00e9\u65e5\t/ \xD83D\xDE00")).c_str(),
+                &hijo);
     }
-    std::mt19937 random_;
-};
+    return nodo;
+}
 
 } // namespace
 
-TEST(Reading, TextsWithAndWithoutAByteOrderMark) {
-    EXPECT_EQ(read_text("\xEF\xBB\xBF[1]"), read_text("[1]"));
-    EXPECT_EQ(read_text("\xEF\xBB\xBF").ok, FALSO);
-    EXPECT_EQ(read_text("\xEF\xBB").ok, FALSO);
-    EXPECT_EQ(read_text("\xEF\xBB\xBF\xEF\xBB\xBF[1]").ok, CIERTO); // a second mark is skipped text
-    RecordingHandler handler;
-    const Tree previo{integer(1)};
-    tqjson2_nodo_t *nodo = previo.raiz;
-    EXPECT_EQ(tqjson2_se_lee_texto_utf8(nullptr, &nodo), FALSO);
-    EXPECT_EQ(nodo, nullptr);
-    EXPECT_EQ(handler.conditions(), std::vector<std::string>{"(texto) != NULL"});
-}
-
+// Files in UTF-8, with or without a byte-order mark, and in UTF-16 of either byte order.
 TEST(Reading, FilesReadAsTheTextOfTheirBytes) {
     for (const char *texto : {"[1,2]", "{\"a\" : \"b\\n\", \"c\":[-0.5e3]}", "\xEF\xBB\xBF[1]",
                               " 42 ", "[\"\xFF\"]", "[[1,],2]", "x\n{\"a\":1,}"})
@@ -113,7 +90,7 @@ TEST(Reading, FilesReadAsTheTextOfTheirBytes) {
 
 // Where a failed read stopped: the token at fault, or the end of the input; columns count
 // UTF-16 units.
-TEST(Reading, AFailedFileReadGivesItsLineAndColumn) {
+TEST(Reading, FailedReadsGiveTheirLineAndColumnOrLeaveThePointers) {
     const struct {
         std::string text;
         int32_t linea, columna;
@@ -142,36 +119,39 @@ TEST(Reading, AFailedFileReadGivesItsLineAndColumn) {
         tqjson2_error_destruye(&error);
         EXPECT_EQ(error, nullptr);
     }
-}
 
-TEST(Reading, MissingFilesLeaveThePointersAndGoodReadsNullTheError) {
+    // Missing files leave the pointers as they were; a good read nulls the error; a null text is
+    // reported and nulls the root.
+    RecordingHandler handler;
     TempFile fichero;
     Tree tree{integer(1)};
-    tqjson2_nodo_t *const previo = tree.raiz;
+    tqjson2_nodo_t *nodo = tree.raiz;
     auto *error = reinterpret_cast<tqjson2_error_t *>(0x1);
-    EXPECT_EQ(tqjson2_se_lee_fichero(fichero.wide(), &tree.raiz), FALSO);
-    EXPECT_EQ(tqjson2_se_lee_fichero_ex(fichero.wide(), CIERTO, CIERTO, &tree.raiz, &error), FALSO);
-    EXPECT_EQ(tqjson2_se_lee_fichero_ex(u"/", CIERTO, CIERTO, &tree.raiz, &error), FALSO);
-    EXPECT_EQ(tree.raiz, previo);
+    EXPECT_EQ(tqjson2_se_lee_fichero(fichero.wide(), &nodo), FALSO);
+    EXPECT_EQ(tqjson2_se_lee_fichero_ex(fichero.wide(), CIERTO, CIERTO, &nodo, &error), FALSO);
+    EXPECT_EQ(tqjson2_se_lee_fichero_ex(u"/", CIERTO, CIERTO, &nodo, &error), FALSO);
+    EXPECT_EQ(nodo, tree.raiz);
     EXPECT_EQ(error, reinterpret_cast<tqjson2_error_t *>(0x1));
-    tqjson2_destruye_nodo(&tree.raiz);
+    EXPECT_EQ(tqjson2_se_lee_texto_utf8(nullptr, &nodo), FALSO);
+    EXPECT_EQ(nodo, nullptr);
+    EXPECT_EQ(handler.conditions(), Conditions{"(texto) != NULL"});
     fichero.fill("[true]");
-    EXPECT_EQ(tqjson2_se_lee_fichero_ex(fichero.wide(), FALSO, FALSO, &tree.raiz, &error), CIERTO);
+    EXPECT_EQ(tqjson2_se_lee_fichero_ex(fichero.wide(), FALSO, FALSO, &nodo, &error), CIERTO);
     EXPECT_EQ(error, nullptr);
-    EXPECT_EQ(minified(tree.raiz), "[true]");
+    EXPECT_EQ(minified(nodo), "[true]");
+    tqjson2_destruye_nodo(&nodo);
 }
 
-TEST(Reading, GeneratedDocumentsRoundTrip) {
-    RandomDocument documents(2024);
+// Generated documents, and the benchmark documents once read, write texts that read back to the
+// same texts.
+TEST(Reading, DocumentsReadWriteAndReadBack) {
+    std::mt19937 random(2024);
     for (int caso = 0; caso < 300; ++caso) {
-        const Tree original{arr({documents.value(1), documents.value(1), documents.value(1)})};
+        const Tree original{
+            arr({random_value(random, 1), random_value(random, 1), random_value(random, 1)})};
         SCOPED_TRACE(minified(original.raiz));
         expect_layouts_read_back(original.raiz);
     }
-}
-
-// Once read, each document writes a text that reads back to the same text.
-TEST(Reading, TheBenchmarkDocumentsReadWriteAndReadBack) {
     RecordingHandler handler; // 64-bit ids are reported as out of range
     size_t documentos = 0;
     for (const auto &entrada : std::filesystem::directory_iterator(TQ_BENCH_DATA_DIR)) {
@@ -179,11 +159,10 @@ TEST(Reading, TheBenchmarkDocumentsReadWriteAndReadBack) {
             continue;
         ++documentos;
         SCOPED_TRACE(entrada.path().filename().string());
-        std::ostringstream bytes;
-        bytes << std::ifstream(entrada.path(), std::ios::binary).rdbuf();
-        ASSERT_GT(bytes.str().size(), 100000u);
+        const std::string bytes = read_file(entrada.path());
+        ASSERT_GT(bytes.size(), 100000u);
         Tree leido{nullptr};
-        ASSERT_EQ(read_tree(bytes.str(), leido, FALSO), CIERTO);
+        ASSERT_EQ(read_tree(bytes, leido, FALSO), CIERTO);
         expect_layouts_read_back(leido.raiz);
     }
     EXPECT_EQ(documentos, 7u); // the three public ones and those of bench/generate_data.py

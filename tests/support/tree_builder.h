@@ -17,18 +17,11 @@ inline uint64_t bits(double valor) {
     return std::bit_cast<uint64_t>(valor);
 }
 
-inline tqjson2_nodo_t *integer(int32_t valor) {
-    return tqjson2_crea_nodo_entero(valor);
-}
-inline tqjson2_nodo_t *dbl(double valor) {
-    return tqjson2_crea_nodo_double(valor);
-}
-inline tqjson2_nodo_t *boolean(tqbool valor) {
-    return tqjson2_crea_nodo_booleano(valor);
-}
-inline tqjson2_nodo_t *null_node() {
-    return tqjson2_crea_nodo_null();
-}
+// Short names for the scalar creators.
+inline const auto integer = &tqjson2_crea_nodo_entero;
+inline const auto dbl = &tqjson2_crea_nodo_double;
+inline const auto boolean = &tqjson2_crea_nodo_booleano;
+inline const auto null_node = &tqjson2_crea_nodo_null;
 // A string node holding `utf8` as plain (decoded) text, stored byte for byte.
 inline tqjson2_nodo_t *plain(const std::string &utf8) {
     char *texto = static_cast<char *>(marlspy_nousar_malloc(utf8.size() + 1));

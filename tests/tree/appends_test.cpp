@@ -2,9 +2,10 @@
 
 #include "tree/tree_test_support.h"
 
-// Strings keep their stored form in the written text: wide text escaped, ANSI and time texts
-// plain, UTF-8 as given.
-TEST(Appends, ObjectAppendsMakeOneMemberEachInOrderDuplicatesIncluded) {
+// One member or element each, in order, duplicates included. Strings keep their stored form in
+// the written text: wide text escaped, ANSI and time texts plain, UTF-8 as given; each append
+// takes over or copies its text as its name says.
+TEST(Appends, ObjectAndArrayAppendsMakeOneEntryEachInOrder) {
     RecordingHandler handler;
     Tree o{obj({})};
     tqjson2_append_long_a_objeto(o.raiz, u"id", -3);
@@ -30,9 +31,7 @@ TEST(Appends, ObjectAppendsMakeOneMemberEachInOrderDuplicatesIncluded) {
     EXPECT_EQ(member_at(o.raiz, 5)->valor->texto_decodificado, FALSO);
     EXPECT_EQ(member_at(o.raiz, 6)->valor->texto_decodificado, CIERTO);
     EXPECT_EQ(member_at(o.raiz, 9)->valor->cadena_utf8, buffer); // the very buffer
-}
 
-TEST(Appends, ArrayAppendsTakeOverOrCopyAsTheirNamesSay) {
     Tree a{arr({})};
     const char16_t propio[] = u"tab\t";
     tqjson2_append_cadena_unicode_a_array(a.raiz, propio);
@@ -40,7 +39,7 @@ TEST(Appends, ArrayAppendsTakeOverOrCopyAsTheirNamesSay) {
     char16_t *tomado = wide(u"pp");
     tqjson2_append_cadena_unicode_a_array_pp(a.raiz, &tomado);
     EXPECT_EQ(tomado, nullptr);
-    char *utf8 = bytes("x");
+    utf8 = bytes("x");
     tqjson2_append_cadena_utf8_a_array(a.raiz, &utf8);
     EXPECT_EQ(utf8, nullptr);
     tqjson2_append_cadena_ansi_a_array(a.raiz, "\xFC");
@@ -52,7 +51,10 @@ TEST(Appends, ArrayAppendsTakeOverOrCopyAsTheirNamesSay) {
     EXPECT_TRUE(std::signbit(element_at(a.raiz, 6)->valor_double));
 }
 
-TEST(Appends, RefusedAppendsReportAndLeakNothing) {
+// Refused appends report and leak nothing. The guarded append catches a bad address without a
+// report and a null one after its report, stores the placeholder, and the process goes on; a
+// refused object is reported outside the guard, so nothing is left half-built (ASan).
+TEST(Appends, RefusedAndGuardedAppendsReportAndLeakNothing) {
     RecordingHandler handler;
     Tree array{arr({})}, objeto{obj({})};
     tqjson2_append_long_a_objeto(array.raiz, u"x", 1); // an array is no object
@@ -72,26 +74,18 @@ TEST(Appends, RefusedAppendsReportAndLeakNothing) {
                     "nodo_array->tipo == TQJSON_TIPO_ARRAY", "(valor) != NULL", "(objeto) != NULL",
                     "(valor) != NULL"}));
     EXPECT_EQ(minified(array.raiz) + minified(objeto.raiz), "[]{}");
-}
 
-// A bad address is caught without a report, a null one after its report.
-TEST(Appends, TheGuardedAppendStoresThePlaceholderAndTheProcessGoesOn) {
-    RecordingHandler handler;
-    Tree o{obj({})};
-    tqjson2_append_cadena_unicode_a_objeto_seguro(o.raiz, u"bien", u"texto");
-    tqjson2_append_cadena_unicode_a_objeto_seguro(o.raiz, u"mal",
+    handler.clear();
+    tqjson2_append_cadena_unicode_a_objeto_seguro(objeto.raiz, u"bien", u"texto");
+    tqjson2_append_cadena_unicode_a_objeto_seguro(objeto.raiz, u"mal",
                                                   reinterpret_cast<const char16_t *>(0x10));
     EXPECT_TRUE(handler.reports().empty());
-    tqjson2_append_cadena_unicode_a_objeto_seguro(o.raiz, u"nulo", nullptr);
-    EXPECT_EQ(minified(o.raiz), "{\"bien\" : \"texto\",\"mal\" : \"<Writted uninitialized "
-                                "variable>\",\"nulo\" : \"<Writted uninitialized variable>\"}");
-    EXPECT_EQ(handler.conditions(), (Conditions{"(cadena) != NULL"}));
-    // A refused object is reported outside the guard: nothing is left half-built (ASan).
-    handler.clear();
-    Tree a{arr({})};
+    tqjson2_append_cadena_unicode_a_objeto_seguro(objeto.raiz, u"nulo", nullptr);
     tqjson2_append_cadena_unicode_a_objeto_seguro(nullptr, u"x", u"texto");
-    tqjson2_append_cadena_unicode_a_objeto_seguro(a.raiz, u"x", u"texto");
-    EXPECT_EQ(minified(a.raiz), "[]");
-    EXPECT_EQ(handler.conditions(),
-              (Conditions{"(objeto) != NULL", "objeto->tipo == TQJSON_TIPO_OBJETO"}));
+    tqjson2_append_cadena_unicode_a_objeto_seguro(array.raiz, u"x", u"texto");
+    EXPECT_EQ(minified(objeto.raiz) + minified(array.raiz),
+              "{\"bien\" : \"texto\",\"mal\" : \"<Writted uninitialized variable>\",\"nulo\" : "
+              "\"<Writted uninitialized variable>\"}[]");
+    EXPECT_EQ(handler.conditions(), (Conditions{"(cadena) != NULL", "(objeto) != NULL",
+                                                "objeto->tipo == TQJSON_TIPO_OBJETO"}));
 }

@@ -8,30 +8,20 @@
 
 namespace {
 
-tqjson2_nodo_t *const kUntouched = reinterpret_cast<tqjson2_nodo_t *>(0x1);
-
 // Letter case as the names of these tests use it: ASCII letters and Ñ.
-char16_t fold(char16_t c) {
-    return (c >= u'A' && c <= u'Z') ? char16_t(c + 32) : c == u'Ñ' ? u'ñ' : c;
-}
 bool same_ignoring_case(const std::u16string &a, const std::u16string &b) {
+    const auto fold = [](char16_t c) {
+        return (c >= u'A' && c <= u'Z') ? char16_t(c + 32) : c == u'Ñ' ? u'ñ' : c;
+    };
     return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(),
-                                              [](auto x, auto y) { return fold(x) == fold(y); });
+                                              [&](auto x, auto y) { return fold(x) == fold(y); });
 }
+
+const auto exacta = tqjson2_existe_atributo_con_nombre_en_objeto;
+const auto may_o_min = tqjson2_existe_atributo_con_nombre_may_o_min_en_objeto;
 
 // A lookup's result, the value it wrote (kUntouched: none) and its reports.
-struct Answer {
-    tqbool hay;
-    tqjson2_nodo_t *valor;
-    Conditions reports;
-    bool operator==(const Answer &) const = default;
-};
-std::ostream &operator<<(std::ostream &out, const Answer &a) {
-    out << a.hay << " " << a.valor;
-    for (const std::string &r : a.reports)
-        out << " [" << r << "]";
-    return out;
-}
+using Answer = std::tuple<tqbool, tqjson2_nodo_t *, Conditions>;
 
 // The members as a list of names and value nodes, and what searching it member by member gives.
 struct Model {
@@ -57,11 +47,10 @@ struct Model {
             if (!same_ignoring_case(otro, nombre))
                 continue;
             if (!valor) {
-                a.reports.push_back("(atributo_en_pos->valor) != NULL");
+                std::get<2>(a).push_back("(atributo_en_pos->valor) != NULL");
                 break;
             }
-            a.hay = CIERTO;
-            a.valor = valor;
+            a = {CIERTO, valor, {}};
             if (valor->tipo != TQJSON_TIPO_NULL)
                 break;
         }
@@ -85,11 +74,8 @@ void expect_as_model(RecordingHandler &handler, tqjson2_nodo_t *objeto, const Mo
         ASSERT_EQ(member_at(objeto, i)->nombre, model.miembros[i].first);
     for (const std::u16string &probe : probes) {
         SCOPED_TRACE(std::string(probe.begin(), probe.end()));
-        ASSERT_EQ(ask(handler, tqjson2_existe_atributo_con_nombre_en_objeto, objeto, probe),
-                  model.exact_answer(probe));
-        ASSERT_EQ(
-            ask(handler, tqjson2_existe_atributo_con_nombre_may_o_min_en_objeto, objeto, probe),
-            model.any_case_answer(probe));
+        ASSERT_EQ(ask(handler, exacta, objeto, probe), model.exact_answer(probe));
+        ASSERT_EQ(ask(handler, may_o_min, objeto, probe), model.any_case_answer(probe));
     }
 }
 
@@ -175,8 +161,8 @@ TEST(MemberIndex, AnswersAsTheMemberByMemberSearchThroughEveryChange) {
             Tree extraido{kUntouched};
             EXPECT_EQ(tqjson2_se_extrae_atributo_con_nombre_de_objeto(o.raiz, nombre.c_str(),
                                                                       &extraido.raiz),
-                      model.exact_answer(nombre).hay);
-            EXPECT_EQ(extraido.raiz, model.exact_answer(nombre).valor);
+                      std::get<0>(model.exact_answer(nombre)));
+            EXPECT_EQ(extraido.raiz, std::get<1>(model.exact_answer(nombre)));
             if (at.size() == 1)
                 model.miembros.erase(model.miembros.begin() + at[0]);
         }
@@ -189,8 +175,9 @@ TEST(MemberIndex, AnswersAsTheMemberByMemberSearchThroughEveryChange) {
     }
 }
 
-// Ignoring case, the members that share a name answer in turn as each other one leaves.
-TEST(MemberIndex, ExtractionHandsTheAnswerOnWithinANameShared) {
+// Ignoring case, the members that share a name answer in turn as each other one leaves. A null
+// slot is reported by the comparator wherever the search meets it, as it always was.
+TEST(MemberIndex, ExtractionHandsTheAnswerOnWithinANameSharedAndNullSlotsAreReported) {
     RecordingHandler handler;
     Tree o{tqjson2_crea_nodo_objeto()};
     Model model;
@@ -205,6 +192,17 @@ TEST(MemberIndex, ExtractionHandsTheAnswerOnWithinANameShared) {
         model.miembros.emplace_back(member_at(o.raiz, i)->nombre, member_at(o.raiz, i)->valor);
     const std::vector<std::u16string> probes = {u"id", u"ID", u"Id", u"iD", u"ÑU", u"f7"};
     expect_as_model(handler, o.raiz, model, probes);
+    arr_puntero_t *atributos = tqjson2_get_atributos_objeto(o.raiz);
+    void *quinto = arr_GetPunteroConTipo(atributos, 5);
+    arr_SetPunteroConTipo(atributos, 5, nullptr);
+    const Answer found{CIERTO, member_at(o.raiz, 9)->valor, {"(atributo) != NULL"}};
+    EXPECT_EQ(ask(handler, exacta, o.raiz, u"f9"), found);
+    EXPECT_EQ(ask(handler, may_o_min, o.raiz, u"F9"), found);
+    EXPECT_EQ(ask(handler, exacta, o.raiz, u"f2"),
+              (Answer{CIERTO, member_at(o.raiz, 2)->valor, {"(atributo) != NULL"}}));
+    arr_SetPunteroConTipo(atributos, 5, quinto);
+    EXPECT_EQ(ask(handler, exacta, o.raiz, u"f9"),
+              (Answer{CIERTO, member_at(o.raiz, 9)->valor, {}}));
     for (const char16_t *sale : {u"ID", u"f3", u"Id", u"iD", u"ÑU", u"id", u"ñu"}) {
         const auto at = model.exact(sale);
         ASSERT_EQ(at.size(), 1u);
@@ -216,7 +214,6 @@ TEST(MemberIndex, ExtractionHandsTheAnswerOnWithinANameShared) {
         expect_as_model(handler, o.raiz, model, probes);
     }
     // Below the threshold the index goes: a small object holds none.
-    const arr_puntero_t *atributos = tqjson2_get_atributos_objeto(o.raiz);
     for (int i = 10; arr_NumElemsPuntero(atributos) >= i_UMBRAL_INDICE; ++i) {
         EXPECT_NE(arr_AnexoPuntero(atributos), nullptr);
         Tree extraido{nullptr};
@@ -224,26 +221,6 @@ TEST(MemberIndex, ExtractionHandsTheAnswerOnWithinANameShared) {
             o.raiz, label("f" + std::to_string(i)).c_str(), &extraido.raiz);
     }
     EXPECT_EQ(arr_AnexoPuntero(atributos), nullptr);
-}
-
-// A null slot is reported by the comparator wherever the search meets it, as it always was.
-TEST(MemberIndex, AnObjectHoldingANullSlotIsSearchedMemberByMember) {
-    RecordingHandler handler;
-    Tree o{tqjson2_crea_nodo_objeto()};
-    for (int i = 0; i < 40; ++i)
-        tqjson2_graba_long(label("m" + std::to_string(i)).c_str(), i, o.raiz);
-    arr_puntero_t *atributos = tqjson2_get_atributos_objeto(o.raiz);
-    void *quinto = arr_GetPunteroConTipo(atributos, 5);
-    arr_SetPunteroConTipo(atributos, 5, nullptr);
-    const Answer found{CIERTO, member_at(o.raiz, 9)->valor, {"(atributo) != NULL"}};
-    EXPECT_EQ(ask(handler, tqjson2_existe_atributo_con_nombre_en_objeto, o.raiz, u"m9"), found);
-    EXPECT_EQ(ask(handler, tqjson2_existe_atributo_con_nombre_may_o_min_en_objeto, o.raiz, u"M9"),
-              found);
-    EXPECT_EQ(ask(handler, tqjson2_existe_atributo_con_nombre_en_objeto, o.raiz, u"m2"),
-              (Answer{CIERTO, member_at(o.raiz, 2)->valor, {"(atributo) != NULL"}}));
-    arr_SetPunteroConTipo(atributos, 5, quinto);
-    EXPECT_EQ(ask(handler, tqjson2_existe_atributo_con_nombre_en_objeto, o.raiz, u"m9"),
-              (Answer{CIERTO, member_at(o.raiz, 9)->valor, {}}));
 }
 
 #if !defined(TQ_SIN_BLOQUES_PEQUENOS)
@@ -254,26 +231,18 @@ size_t in_use() {
     marlspy_nousar_uso_bloques_pequenos(&en_uso, &pico);
     return en_uso;
 }
-
-// The pool's bytes that the tree read from `texto` holds.
-size_t tree_bytes(const std::string &texto) {
-    const size_t antes = in_use();
-    Tree tree{nullptr};
-    EXPECT_EQ(tqjson2_se_lee_texto_utf8(texto.c_str(), &tree.raiz), CIERTO);
-    return in_use() - antes;
-}
 } // namespace
 
 // The pool counts every block of up to 4 KiB, and tables of up to some 700 members fit in one.
 // Beyond, each table is one block of the system's of 16 bytes and 4 a slot, rounded up by no one.
-TEST(MemberIndex, AnIndexTakesAtMostSixteenBytesAMemberAsAppendsExtendIt) {
+TEST(MemberIndex, IndexesAndReadTreesTakeTheirBoundedShareOfThePool) {
     for (uint32_t n = i_UMBRAL_INDICE; n <= 720; n += 7) {
         SCOPED_TRACE(n);
         Tree o{tqjson2_crea_nodo_objeto()};
         for (uint32_t i = 0; i < n; ++i) {
             tqjson2_graba_long(label("campo" + std::to_string(i)).c_str(), 1, o.raiz);
             if (i + 1 == i_UMBRAL_INDICE) // both tables from here on
-                tqjson2_existe_atributo_con_nombre_may_o_min_en_objeto(o.raiz, u"x", nullptr);
+                may_o_min(o.raiz, u"x", nullptr);
         }
         arr_puntero_t *atributos = tqjson2_get_atributos_objeto(o.raiz);
         ASSERT_NE(arr_AnexoPuntero(atributos), nullptr);
@@ -288,32 +257,34 @@ TEST(MemberIndex, AnIndexTakesAtMostSixteenBytesAMemberAsAppendsExtendIt) {
         Tree o{tqjson2_crea_nodo_objeto()};
         for (uint32_t i = 0; i < 2 * i_UMBRAL_INDICE; ++i)
             tqjson2_graba_long(label("campo" + std::to_string(i)).c_str(), 1, o.raiz);
-        tqjson2_existe_atributo_con_nombre_may_o_min_en_objeto(o.raiz, u"x", nullptr);
+        may_o_min(o.raiz, u"x", nullptr);
         ASSERT_NE(arr_AnexoPuntero(tqjson2_get_atributos_objeto(o.raiz)), nullptr);
     }
     EXPECT_EQ(in_use(), antes);
-}
 
-TEST(MemberIndex, AReadTreeHoldsEightBytesAMemberArrayAndSmallObjectsNoIndex) {
-    std::string objetos = "[", arrays = "[";
-    for (int i = 0; i < 1000; ++i) {
-        objetos += i ? ",{}" : "{}";
-        arrays += i ? ",[]" : "[]";
+    // A read tree holds eight bytes a member array, and its small objects no index.
+    size_t bytes[2];
+    for (const char *vacio : {"{}", "[]"}) {
+        std::string texto = "[";
+        for (int i = 0; i < 1000; ++i)
+            texto += (i ? "," : "") + std::string(vacio);
+        const size_t antes_de_leer = in_use();
+        Tree tree{nullptr};
+        EXPECT_EQ(tqjson2_se_lee_texto_utf8((texto + "]").c_str(), &tree.raiz), CIERTO);
+        bytes[*vacio == '['] = in_use() - antes_de_leer;
     }
-    EXPECT_LE(tree_bytes(objetos + "]") - tree_bytes(arrays + "]"), 8 * 1000u);
-
+    EXPECT_LE(bytes[0] - bytes[1], 8 * 1000u);
     Tree tree{nullptr};
     ASSERT_EQ(tqjson2_se_lee_texto_utf8(records_document(3).c_str(), &tree.raiz), CIERTO);
-    const size_t antes = in_use();
+    const size_t leido = in_use();
     tqjson2_nodo_t *items = nullptr;
-    ASSERT_EQ(tqjson2_existe_atributo_con_nombre_en_objeto(tree.raiz, u"items", &items), CIERTO);
+    ASSERT_EQ(exacta(tree.raiz, u"items", &items), CIERTO);
     for (uint32_t i = 0; i < arr_NumElemsPuntero(tqjson2_get_valores_array(items)); ++i) {
         tqjson2_nodo_t *item = element_at(items, i);
-        EXPECT_EQ(tqjson2_existe_atributo_con_nombre_may_o_min_en_objeto(item, u"NAME", nullptr),
-                  CIERTO);
-        EXPECT_EQ(tqjson2_existe_atributo_con_nombre_en_objeto(item, u"id", nullptr), CIERTO);
+        EXPECT_EQ(may_o_min(item, u"NAME", nullptr), CIERTO);
+        EXPECT_EQ(exacta(item, u"id", nullptr), CIERTO);
     }
-    EXPECT_EQ(in_use(), antes);
+    EXPECT_EQ(in_use(), leido);
 }
 
 #endif

@@ -30,6 +30,9 @@ inline Fields fields(const tqjson2_nodo_t *n) {
 constexpr int32_t kFill = 2147483647;
 constexpr uint64_t kFillBits = 0x7FEFFFFFFFFFFFFFull;
 
+// What a lookup leaves in a value it did not write.
+inline tqjson2_nodo_t *const kUntouched = reinterpret_cast<tqjson2_nodo_t *>(0x1);
+
 // Appends a member to an object node through the internal records.
 inline void add_member(tqjson2_nodo_t *objeto, tqjson2_atributo_t *atributo) {
     arr_AppendPunteroConTipo(objeto->atributos_objeto, atributo);

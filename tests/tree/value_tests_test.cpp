@@ -1,8 +1,9 @@
 #include "tree/tree_test_support.h"
 
-TEST(ValueTests, NumbersAreHandedOutBeforeTheKindIsTested) {
+// Numbers are handed out before the kind is tested; texts are new undecoded copies, or null.
+TEST(ValueTests, NumbersStringsAndBooleansAreHandedOutAsTheTestsSay) {
     RecordingHandler handler;
-    Tree d{dbl(0.5)}, e{integer(-2)};
+    Tree d{dbl(0.5)}, e{integer(-2)}, s{escaped(u"é\t")};
     int32_t entero = 0;
     double doble = 0;
     EXPECT_EQ(tqjson2_es_valor_entero(d.raiz, &entero), FALSO);
@@ -15,9 +16,20 @@ TEST(ValueTests, NumbersAreHandedOutBeforeTheKindIsTested) {
     EXPECT_EQ(doble, 0.5);
     EXPECT_EQ(tqjson2_es_valor_entero(e.raiz, nullptr), FALSO);
     EXPECT_EQ(handler.conditions(), Conditions{"(valor) != NULL"});
-}
 
-TEST(ValueTests, BooleansComeFromBooleanNodesAndFromTrueOrFalseTexts) {
+    char *utf8 = nullptr, *ansi = nullptr;
+    char16_t *ancho = nullptr;
+    EXPECT_EQ(tqjson2_es_valor_cadena_utf8(s.raiz, &utf8), CIERTO);
+    EXPECT_EQ(tqjson2_es_valor_cadena_unicode(s.raiz, &ancho), CIERTO);
+    EXPECT_EQ(tqjson2_es_valor_cadena_ansi(s.raiz, &ansi), CIERTO);
+    EXPECT_NE(utf8, s.raiz->cadena_utf8); // a copy
+    EXPECT_EQ(take(utf8), "\xC3\xA9\\t");
+    EXPECT_EQ(take(ancho), u"é\\t");
+    EXPECT_EQ(take(ansi), "\xE9\\t");
+    EXPECT_EQ(tqjson2_es_valor_cadena_unicode(e.raiz, &ancho), FALSO);
+    EXPECT_EQ(ancho, nullptr);
+
+    // Booleans come from boolean nodes and from true or false texts.
     const struct {
         Tree nodo;
         tqbool resultado, valor; // valor 7: left untouched
@@ -32,19 +44,4 @@ TEST(ValueTests, BooleansComeFromBooleanNodesAndFromTrueOrFalseTexts) {
         EXPECT_EQ(tqjson2_es_valor_booleano(row.nodo.raiz, &valor), row.resultado);
         EXPECT_EQ(valor, row.valor);
     }
-}
-
-TEST(ValueTests, StringTestsHandOutNewUndecodedTextsOrNull) {
-    Tree s{escaped(u"é\t")}, e{integer(1)};
-    char *utf8 = nullptr, *ansi = nullptr;
-    char16_t *ancho = nullptr;
-    EXPECT_EQ(tqjson2_es_valor_cadena_utf8(s.raiz, &utf8), CIERTO);
-    EXPECT_EQ(tqjson2_es_valor_cadena_unicode(s.raiz, &ancho), CIERTO);
-    EXPECT_EQ(tqjson2_es_valor_cadena_ansi(s.raiz, &ansi), CIERTO);
-    EXPECT_NE(utf8, s.raiz->cadena_utf8); // a copy
-    EXPECT_EQ(take(utf8), "\xC3\xA9\\t");
-    EXPECT_EQ(take(ancho), u"é\\t");
-    EXPECT_EQ(take(ansi), "\xE9\\t");
-    EXPECT_EQ(tqjson2_es_valor_cadena_unicode(e.raiz, &ancho), FALSO);
-    EXPECT_EQ(ancho, nullptr);
 }

@@ -30,27 +30,6 @@ std::string colon_only(std::string texto) {
     return texto;
 }
 
-const std::string kExampleIndented = R"({
-    "nombre" : "x\"y",
-    "n" : 42,
-    "v" : 2.0,
-    "r" : 0.1,
-    "ok" : true,
-    "nada" : null,
-    "lista" : [
-        1,
-        "b"
-    ],
-    "vacio" : {
-    },
-    "e" : [
-    ]
-}
-)";
-const std::string kExampleMinified =
-    R"({"nombre" : "x\"y","n" : 42,"v" : 2.0,"r" : 0.1,"ok" : true,"nada" : null,)"
-    R"("lista" : [1,"b"],"vacio" : {},"e" : []})";
-
 } // namespace
 
 // Only 1 switches a field on; the text functions always use the default configuration.
@@ -64,22 +43,24 @@ TEST(Generation, TheExampleDocumentInEveryLayoutAndConfiguration) {
                    {u"lista", arr({integer(1), plain("b")})},
                    {u"vacio", obj({})},
                    {u"e", arr({})}})};
+    const std::string indentado = read_file(TQ_WRITER_DATA_DIR "/example_indented.json");
+    const std::string minificado = R"({"nombre" : "x\"y","n" : 42,"v" : 2.0,"r" : 0.1,)"
+                                   R"("ok" : true,"nada" : null,"lista" : [1,"b"],"vacio" : {},)"
+                                   R"("e" : []})";
     TempFile plain_file;
     tqjson2_escribe_fichero(tree.raiz, plain_file.wide());
     const struct {
         const char *label;
         std::string got, expected;
     } rows[] = {
-        {"text", indented(tree.raiz), kExampleIndented},
-        {"text minified", minified(tree.raiz), kExampleMinified},
-        {"file", plain_file.read(), in_text_mode(kExampleIndented)},
-        {"file, no configuration", to_file(tree.raiz, nullptr), in_text_mode(kExampleIndented)},
-        {"file {F,C}", to_file(tree.raiz, {FALSO, CIERTO}),
-         in_text_mode(colon_only(kExampleIndented))},
-        {"file {F,F}", to_file(tree.raiz, {FALSO, FALSO}), colon_only(kExampleMinified)},
-        {"file {C,2}", to_file(tree.raiz, {CIERTO, 2}), kExampleMinified},
-        {"file {2,C}", to_file(tree.raiz, {2, CIERTO}),
-         in_text_mode(colon_only(kExampleIndented))}};
+        {"text", indented(tree.raiz), indentado},
+        {"text minified", minified(tree.raiz), minificado},
+        {"file", plain_file.read(), in_text_mode(indentado)},
+        {"file, no configuration", to_file(tree.raiz, nullptr), in_text_mode(indentado)},
+        {"file {F,C}", to_file(tree.raiz, {FALSO, CIERTO}), in_text_mode(colon_only(indentado))},
+        {"file {F,F}", to_file(tree.raiz, {FALSO, FALSO}), colon_only(minificado)},
+        {"file {C,2}", to_file(tree.raiz, {CIERTO, 2}), minificado},
+        {"file {2,C}", to_file(tree.raiz, {2, CIERTO}), in_text_mode(colon_only(indentado))}};
     for (const auto &row : rows)
         EXPECT_EQ(row.got, row.expected) << row.label;
 }
@@ -134,8 +115,9 @@ TEST(Generation, FilesHoldTheSameBytesAsTextsAndReplaceOldContent) {
     EXPECT_TRUE(to_file(tree.raiz, {CIERTO, FALSO}) == minified(tree.raiz));
 }
 
-// And a file that cannot be opened is reported against the writer.
-TEST(Generation, RefusedRootsAndFilesAreReportedAndWriteNothing) {
+// Roots that are no container, and files that cannot be opened, are reported against the
+// writer and write nothing; broken trees and destinations are reported too.
+TEST(Generation, RefusedRootsFilesBrokenTreesAndDestinationsAreReported) {
     const std::string kind =
         "nodo_raiz->tipo == TQJSON_TIPO_OBJETO || nodo_raiz->tipo == TQJSON_TIPO_ARRAY";
     tqjson2_nodo_t *const roots[] = {nullptr,  integer(1),      plain("s"),
@@ -148,17 +130,55 @@ TEST(Generation, RefusedRootsAndFilesAreReportedAndWriteNothing) {
         EXPECT_EQ(minified(raiz), "");
         tqjson2_escribe_fichero(raiz, fichero.wide());
         EXPECT_FALSE(fichero.exists());
-        EXPECT_EQ(handler.conditions(),
-                  std::vector<std::string>(3, raiz ? kind : "(nodo_raiz) != NULL"));
+        EXPECT_EQ(handler.conditions(), Conditions(3, raiz ? kind : "(nodo_raiz) != NULL"));
     }
     RecordingHandler handler;
     Tree tree{arr({})};
     tqjson2_escribe_fichero(tree.raiz, u"/nonexistent-directory/x.json");
     tqjson2_escribe_fichero(tree.raiz, nullptr);
-    EXPECT_EQ(handler.conditions(),
-              (std::vector<std::string>{"(abierto) != NULL", "(nombre) != NULL"}));
+    EXPECT_EQ(handler.conditions(), (Conditions{"(abierto) != NULL", "(nombre) != NULL"}));
     for (const Report &report : handler.reports())
         EXPECT_EQ(report.modulo, "tqjson2: tqjson2");
+
+    // Trees broken through the arrays the getters hand out, or holding an ancestor through a
+    // borrowed value (the same one twice is no cycle): each fault reported, the walk goes on.
+    handler.clear();
+    Tree with_null_element{arr({integer(1)})};
+    arr_AppendPunteroConTipo(tqjson2_get_valores_array(with_null_element.raiz), nullptr);
+    tqjson2_append_long_a_array(with_null_element.raiz, 2);
+    EXPECT_EQ(minified(with_null_element.raiz), "[1,2]");
+    Tree with_null_member{obj({{u"a", integer(1)}})};
+    arr_AppendPunteroConTipo(tqjson2_get_atributos_objeto(with_null_member.raiz), nullptr);
+    EXPECT_EQ(minified(with_null_member.raiz), "{\"a\" : 1,}");
+    tqjson2_nodo_t *unknown = integer(7);
+    Tree with_unknown_kind{arr({integer(1), unknown})};
+    unknown->tipo = 9;
+    EXPECT_EQ(minified(with_unknown_kind.raiz), "[1,]");
+    unknown->tipo = TQJSON_TIPO_ENTERO;
+    tqjson2_nodo_t *inner = obj({});
+    Tree cycle{obj({{u"c", inner}})};
+    tqjson2_append_puntero_nodo_const_a_objeto(inner, u"up", cycle.raiz);
+    tqjson2_append_puntero_nodo_const_a_objeto(cycle.raiz, u"self", cycle.raiz);
+    EXPECT_EQ(minified(cycle.raiz), "{\"c\" : {},}");
+    Tree shared{arr({integer(1)})}, twice{obj({})};
+    tqjson2_append_puntero_nodo_const_a_objeto(twice.raiz, u"x", shared.raiz);
+    tqjson2_append_puntero_nodo_const_a_objeto(twice.raiz, u"y", shared.raiz);
+    EXPECT_EQ(minified(twice.raiz), "{\"x\" : [1],\"y\" : [1]}");
+    i_destino_gltf_t destino = i_crea_destino(7, nullptr, &i_conf_escritura_defecto);
+    i_abre_linea(&destino, 2, CIERTO);
+    i_anade_bytes(&destino.texto, "1", 1);
+    i_emite_linea(&destino, CIERTO, CIERTO);
+    EXPECT_EQ(destino.texto.longitud, 0u);
+    i_libera_destino(&destino);
+    Tree a{obj({{u"a", integer(1)}})};
+    i_escribe_nodo(a.raiz, u"", 0, FALSO, CIERTO, nullptr);
+    destino = i_crea_destino(i_DESTINO_LINEAS, nullptr, nullptr);
+    i_escribe_nodo(a.raiz, u"", 0, FALSO, CIERTO, &destino);
+    EXPECT_EQ(take(i_entrega_texto(&destino)), "{\n    \"a\" : 1\n}\n");
+    EXPECT_EQ(handler.conditions(),
+              (Conditions{"(nodo) != NULL", "(atributo) != NULL", "default", "no_es_ancestro",
+                          "no_es_ancestro", "default", "(destino_gltf) != NULL",
+                          "(destino_gltf->conf) != NULL"}));
 }
 
 #if !defined(_WIN32)
@@ -177,7 +197,7 @@ TEST(Generation, ASaveBeyondTheFileSizeLimitKeepsTheOldFileAndIsReported) {
     {
         RecordingHandler handler;
         tqjson2_escribe_fichero(tree.raiz, (folder / "none" / "x.json").u16string().c_str());
-        ASSERT_EQ(handler.conditions(), std::vector<std::string>{"(abierto) != NULL"});
+        ASSERT_EQ(handler.conditions(), Conditions{"(abierto) != NULL"});
         expected = {handler.reports()[0]};
         expected[0].condicion = "(fallo_escritura) == 0";
     }
@@ -197,47 +217,10 @@ TEST(Generation, ASaveBeyondTheFileSizeLimitKeepsTheOldFileAndIsReported) {
 }
 #endif
 
-// Trees that callers broke through the arrays the getters hand out, or that hold one of their
-// own ancestors through a borrowed value: each fault is reported and the walk goes on.
-TEST(Generation, BrokenTreesAreReportedAndTheWalkGoesOn) {
-    RecordingHandler handler;
-    Tree with_null_element{arr({integer(1)})};
-    arr_AppendPunteroConTipo(tqjson2_get_valores_array(with_null_element.raiz), nullptr);
-    tqjson2_append_long_a_array(with_null_element.raiz, 2);
-    EXPECT_EQ(minified(with_null_element.raiz), "[1,2]");
-
-    Tree with_null_member{obj({{u"a", integer(1)}})};
-    arr_AppendPunteroConTipo(tqjson2_get_atributos_objeto(with_null_member.raiz), nullptr);
-    EXPECT_EQ(minified(with_null_member.raiz), "{\"a\" : 1,}");
-
-    tqjson2_nodo_t *unknown = integer(7);
-    Tree with_unknown_kind{arr({integer(1), unknown})};
-    unknown->tipo = 9;
-    EXPECT_EQ(minified(with_unknown_kind.raiz), "[1,]");
-    unknown->tipo = TQJSON_TIPO_ENTERO;
-
-    tqjson2_nodo_t *inner = obj({});
-    Tree cycle{obj({{u"c", inner}})};
-    tqjson2_append_puntero_nodo_const_a_objeto(inner, u"up", cycle.raiz);
-    tqjson2_append_puntero_nodo_const_a_objeto(cycle.raiz, u"self", cycle.raiz);
-    EXPECT_EQ(minified(cycle.raiz), "{\"c\" : {},}");
-    EXPECT_EQ(handler.conditions(),
-              (std::vector<std::string>{"(nodo) != NULL", "(atributo) != NULL", "default",
-                                        "no_es_ancestro", "no_es_ancestro"}));
-
-    // The same borrowed value twice is no cycle.
-    handler.clear();
-    Tree shared{arr({integer(1)})};
-    Tree twice{obj({})};
-    tqjson2_append_puntero_nodo_const_a_objeto(twice.raiz, u"x", shared.raiz);
-    tqjson2_append_puntero_nodo_const_a_objeto(twice.raiz, u"y", shared.raiz);
-    EXPECT_EQ(minified(twice.raiz), "{\"x\" : [1],\"y\" : [1]}");
-    EXPECT_TRUE(handler.reports().empty());
-}
-
-// A chain of a million levels, objects and arrays in turn, is written in the minified layout
-// and destroyed. (Indented, its indentation alone would take about 4 TB.)
-TEST(Generation, AMillionLevelsAreWrittenWithoutRecursion) {
+// Deep chains are written without recursion: a million levels, objects and arrays in turn, in
+// the minified layout (indented, its indentation alone would take about 4 TB), and 3,000 levels
+// indented on a thread whose stack could not hold them in recursive calls.
+TEST(Generation, DeepChainsAreWrittenWithoutRecursion) {
     constexpr int kLevels = 1000000;
     Tree chain{arr({})};
     std::string expected, closes;
@@ -250,18 +233,14 @@ TEST(Generation, AMillionLevelsAreWrittenWithoutRecursion) {
     expected += "[]" + closes;
     EXPECT_TRUE(minified(chain.raiz) == expected);
     EXPECT_TRUE(to_file(chain.raiz, {CIERTO, FALSO}) == expected);
-}
 
-// The indented walk of a chain far deeper than a small stack could hold in recursive calls.
-TEST(Generation, TheIndentedWalkRunsInASmallStack) {
-    constexpr int kLevels = 3000;
-    Tree chain{arr({})};
-    std::string expected;
-    for (int level = 0; level < kLevels; ++level) {
-        chain.raiz = level ? arr({chain.raiz}) : chain.raiz;
+    Tree arrays{arr({})};
+    expected = "";
+    for (int level = 0; level < 3000; ++level) {
+        arrays.raiz = level ? arr({arrays.raiz}) : arrays.raiz;
         expected += std::string(4 * level, ' ') + "[\n";
     }
-    for (int level = kLevels - 1; level >= 0; --level)
+    for (int level = 3000 - 1; level >= 0; --level)
         expected += std::string(4 * level, ' ') + "]\n";
     pthread_attr_t attr;
     pthread_attr_init(&attr);
@@ -270,27 +249,9 @@ TEST(Generation, TheIndentedWalkRunsInASmallStack) {
     const auto walk = [](void *raiz) -> void * {
         return tqjson2_genera_texto_utf8(static_cast<const tqjson2_nodo_t *>(raiz));
     };
-    ASSERT_EQ(pthread_create(&thread, &attr, walk, chain.raiz), 0);
+    ASSERT_EQ(pthread_create(&thread, &attr, walk, arrays.raiz), 0);
     void *texto = nullptr;
     pthread_join(thread, &texto);
     pthread_attr_destroy(&attr);
     EXPECT_TRUE(take(static_cast<char *>(texto)) == expected);
-}
-
-TEST(Destination, LinesWithNowhereToGoAndMissingRecordsAreReported) {
-    RecordingHandler handler;
-    i_destino_gltf_t destino = i_crea_destino(7, nullptr, &i_conf_escritura_defecto);
-    i_abre_linea(&destino, 2, CIERTO);
-    i_anade_bytes(&destino.texto, "1", 1);
-    i_emite_linea(&destino, CIERTO, CIERTO);
-    EXPECT_EQ(destino.texto.longitud, 0u);
-    i_libera_destino(&destino);
-
-    Tree tree{obj({{u"a", integer(1)}})};
-    i_escribe_nodo(tree.raiz, u"", 0, FALSO, CIERTO, nullptr);
-    destino = i_crea_destino(i_DESTINO_LINEAS, nullptr, nullptr);
-    i_escribe_nodo(tree.raiz, u"", 0, FALSO, CIERTO, &destino);
-    EXPECT_EQ(take(i_entrega_texto(&destino)), "{\n    \"a\" : 1\n}\n");
-    EXPECT_EQ(handler.conditions(), (std::vector<std::string>{"default", "(destino_gltf) != NULL",
-                                                              "(destino_gltf->conf) != NULL"}));
 }
