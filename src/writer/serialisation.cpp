@@ -138,8 +138,8 @@ void i_abre_contenedor(i_recorrido &recorrido, const tqjson2_nodo_t *nodo, const
     const arr_puntero_t *hijos = es_objeto ? nodo->atributos_objeto : nodo->valores_array;
     uint32_t num_hijos = 0;
     void *const *datos = hijos ? arr_DatosPunteroConTipo(hijos, &num_hijos) : nullptr;
-    recorrido.pila.push_back(
-        {nodo, datos, num_hijos, 0, profundidad, con_coma == CIERTO, es_objeto});
+    const bool coma = con_coma == CIERTO;
+    recorrido.pila.push_back({nodo, datos, num_hijos, 0, profundidad, coma, es_objeto});
 
     i_abre_linea_de_nodo(recorrido, nombre, profundidad);
     i_anade_byte(&recorrido.destino_gltf->texto, es_objeto ? '{' : '[');

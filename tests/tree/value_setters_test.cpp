@@ -27,6 +27,8 @@ TEST(ValueSetters, ScalarsChangeKindAndTheElementsAreReplacedOtherKindsRefused) 
     tqjson2_set_nodo_texto_unicode_a_utf8(nulo.raiz, &texto);
     EXPECT_EQ(texto, nullptr);
     tqjson2_set_nodo_entero(nullptr, 1);
+    tqjson2_set_nodo_double(nullptr, 1.0);
+    tqjson2_set_nodo_booleano(nullptr, CIERTO);
     EXPECT_EQ(nulo.raiz->tipo, TQJSON_TIPO_NULL);
 
     tqjson2_nodo_t *profundo = null_node();
@@ -47,6 +49,7 @@ TEST(ValueSetters, ScalarsChangeKindAndTheElementsAreReplacedOtherKindsRefused) 
     tqjson2_set_nodo_valores_array(nullptr, &nada);
     const std::string basico = "i_es_tipo_basico(nodo->tipo) == CIERTO";
     EXPECT_EQ(handler.conditions(),
-              (Conditions{basico, basico, "(nodo) != NULL", "nodo->tipo == TQJSON_TIPO_ARRAY",
-                          "(valor) != NULL", "(nodo) != NULL", "(valor) != NULL"}));
+              (Conditions{basico, basico, "(nodo) != NULL", "(nodo) != NULL", "(nodo) != NULL",
+                          "nodo->tipo == TQJSON_TIPO_ARRAY", "(valor) != NULL", "(nodo) != NULL",
+                          "(valor) != NULL"}));
 }
