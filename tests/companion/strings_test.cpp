@@ -104,10 +104,26 @@ TEST(WideStrings, ReportsCarryTheCallersModuleAndLine) {
     widestr_nousar_destruye(&nulo, kModulo, 13);
     widestr_nousar_destruye_opcional(&nulo, kModulo, 14); // accepted: no report
     EXPECT_EQ(widestr_nousar_atof(nullptr, "caller module", 77), 0.0);
+    // A null second text is refused: the string stays as it was, and a test answers FALSO.
+    char16_t *texto = widestr_nousar_copia(u"a", kModulo, 15);
+    widestr_nousar_cad_concatena(&texto, nullptr, kModulo, 16);
+    widestr_nousar_sustituye(&texto, nullptr, kModulo, 17);
+    EXPECT_EQ(take(texto), u"a");
+    for (const auto prueba :
+         {widestr_nousar_cadenas_iguales, widestr_nousar_cadenas_iguales_may_o_min,
+          widestr_nousar_es_subcadena_inicial})
+        EXPECT_EQ(prueba(u"", nullptr, kModulo, 18), FALSO);
+    EXPECT_EQ(widestr_nousar_es_cadena_en_blanco(nullptr, kModulo, 19), FALSO);
     EXPECT_EQ(handler.reports(), (std::vector<Report>{{"(cadena) != NULL", kModulo, 11},
                                                       {"(cadena) != NULL", kModulo, 12},
                                                       {"(*cadena) != NULL", kModulo, 13},
-                                                      {"(cadena) != NULL", "caller module", 77}}));
+                                                      {"(cadena) != NULL", "caller module", 77},
+                                                      {"(sufijo) != NULL", kModulo, 16},
+                                                      {"(nueva) != NULL", kModulo, 17},
+                                                      {"(cadena_2) != NULL", kModulo, 18},
+                                                      {"(cadena_2) != NULL", kModulo, 18},
+                                                      {"(prefijo) != NULL", kModulo, 18},
+                                                      {"(cadena) != NULL", kModulo, 19}}));
 }
 
 // Each case pair folds to one representative; look-alikes are written as escapes: the Ohm and

@@ -16,6 +16,10 @@ TEST(ValueTests, NumbersStringsAndBooleansAreHandedOutAsTheTestsSay) {
     EXPECT_EQ(doble, 0.5);
     EXPECT_EQ(tqjson2_es_valor_entero(e.raiz, nullptr), FALSO);
     EXPECT_EQ(handler.conditions(), Conditions{"(valor) != NULL"});
+    char *sin_texto = nullptr; // a null node is an answer of FALSO, not a report
+    EXPECT_EQ(tqjson2_es_valor_double(nullptr, &doble), FALSO);
+    EXPECT_EQ(tqjson2_es_valor_cadena_utf8(nullptr, &sin_texto), FALSO);
+    EXPECT_EQ(handler.reports().size(), 1u);
 
     char *utf8 = nullptr, *ansi = nullptr;
     char16_t *ancho = nullptr;
