@@ -112,11 +112,9 @@ uint64_t i_resumen(const char16_t *nombre, i_coincidencia coincidencia) {
 
 // Both names are non-null here, so the comparison has nothing to report.
 bool i_iguales(const char16_t *a, const char16_t *b, i_coincidencia coincidencia) {
-    if (coincidencia == i_MAY_O_MIN)
-        return widestr_nousar_cadenas_iguales_may_o_min(a, b, i_MODULO, __LINE__) == CIERTO;
-    while (*a && *a == *b)
-        ++a, ++b;
-    return *a == *b;
+    const auto iguales = coincidencia == i_MAY_O_MIN ? widestr_nousar_cadenas_iguales_may_o_min
+                                                     : widestr_nousar_cadenas_iguales;
+    return iguales(a, b, i_MODULO, __LINE__) == CIERTO;
 }
 
 const tqjson2_atributo_t *i_miembro(void *const *datos, uint32_t posicion) {
